@@ -1,0 +1,21 @@
+# What Debian's own packages are hardened with, and the library's assertions in debug builds.
+if(NOT MSVC)
+    add_compile_options(-fstack-protector-strong -fstack-clash-protection -Wformat -Wformat-security)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+        add_compile_options(-fcf-protection=full)
+    endif()
+
+    # The library goes into position-independent executables only, so -fPIE: -fPIC would have the
+    # engine call its own functions as if another library might replace them.
+    add_compile_options(-fPIE)
+    if(NOT WIN32)
+        add_link_options($<$<LINK_LANGUAGE:CXX>:-pie> -Wl,-z,relro,-z,now)
+    endif()
+
+    # The checks of _FORTIFY_SOURCE need an optimising build, and they hide calls from the sanitizers.
+    # A search is abandoned by a jump to an older frame of its own stack, which they allow.
+    if(NOT ZAR_SANITIZE)
+        add_compile_options("$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+    endif()
+    add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+endif()
