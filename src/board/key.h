@@ -1,0 +1,43 @@
+// Position keys: XOR sums over the 781 numbers of the Polyglot book format. `key` is exactly the
+// book key of the position; `pawn_key` and `material_key` index the evaluation's caches.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "board/board.h"
+#include "board/key_table.h"
+
+namespace zar {
+
+// From scratch, for set-up and for checking what make and unmake keep.
+[[nodiscard]] std::uint64_t key_compute(const Board& board);
+[[nodiscard]] std::uint64_t pawn_key_compute(const Board& board);
+[[nodiscard]] std::uint64_t material_key_compute(const Board& board);
+
+// Term of a man on a square. The XOR turns white-first piece order into the format's order.
+[[nodiscard]] inline std::uint64_t piece_key_of(int piece12, Square64 square) noexcept {
+    return random64[static_cast<std::size_t>(64 * (piece12 ^ 1) + square)];
+}
+
+// Term of the (count + 1)th man of a kind in `material_key`.
+[[nodiscard]] inline std::uint64_t material_key_of(int piece12, int count) noexcept {
+    return random64[static_cast<std::size_t>(16 * piece12 + count)];
+}
+
+// Term of a set of castling rights, 0..15; the terms of two sets XOR to that of their difference.
+[[nodiscard]] std::uint64_t castle_key_of(int flags) noexcept;
+
+// Term of the file of a mailbox square.
+[[nodiscard]] inline std::uint64_t ep_key_of(Square square) noexcept {
+    return random64[static_cast<std::size_t>(768 + square_column(square))];
+}
+
+constexpr std::size_t kTurnKeyIndex = 780;
+
+// The side term for White, 0 for Black.
+[[nodiscard]] inline std::uint64_t turn_key_of(Color color) noexcept {
+    return color == kWhite ? random64[kTurnKeyIndex] : 0;
+}
+
+}  // namespace zar

@@ -1,0 +1,12 @@
+// The 781 numbers of the Polyglot book format, in their published order: 0..767 piece on square,
+// 768..771 castling, 772..779 en-passant file, 780 side to move.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace zar {
+
+extern const std::array<std::uint64_t, 781> random64;
+
+}  // namespace zar

@@ -1,0 +1,337 @@
+#include "board/make.h"
+
+#include <cassert>
+
+#include "board/key.h"
+#include "board/psq_table.h"
+
+namespace zar {
+
+namespace {
+
+std::size_t index_of(int value) { return static_cast<std::size_t>(value); }
+
+// A list of men and its length, whichever of a colour's two lists the piece belongs to.
+struct ManList {
+    int* square;
+    int* count;
+};
+
+ManList list_of(Board& board, Piece piece) {
+    const std::size_t color = index_of(piece_color(piece));
+    if (piece_is_pawn(piece)) {
+        return {board.pawn_list[color].data(), &board.pawn_count[color]};
+    }
+    return {board.piece_list[color].data(), &board.piece_count[color]};
+}
+
+void toggle_pawn_file(Board& board, Square square, Color color) {
+    board.pawn_file[index_of(color)][index_of(square_column(square))] ^=
+        pawn_rank_bit(square, color);
+}
+
+// The later entries close up and the freed last slot becomes the end mark.
+void list_remove(Board& board, const ManList& list, int index) {
+    const int last = *list.count - 1;
+    for (int i = index; i < last; ++i) {
+        const Square square = list.square[i + 1];
+        list.square[i] = square;
+        board.list_index[index_of(square)] = i;
+    }
+    list.square[last] = kNoSquare;
+    *list.count = last;
+}
+
+// The entries from `index` on move up by one.
+void list_insert(Board& board, const ManList& list, int index, Square man) {
+    for (int i = *list.count; i > index; --i) {
+        const Square square = list.square[i - 1];
+        list.square[i] = square;
+        board.list_index[index_of(square)] = i;
+    }
+    list.square[index] = man;
+    board.list_index[index_of(man)] = index;
+    *list.count += 1;
+    list.square[*list.count] = kNoSquare;
+}
+
+// Takes a man off the board. With `update_keys`, sums and keys follow; unmaking leaves that out,
+// since it restores them from the record.
+void square_clear(Board& board, Square square, Piece piece, bool update_keys) {
+    const Color color = piece_color(piece);
+    const int kind = piece12_of(piece);
+    const int index = board.list_index[index_of(square)];
+    assert(index >= 0 && board_piece(board, square) == piece);
+    board.square[index_of(square)] = kEmpty;
+    board.list_index[index_of(square)] = -1;
+    list_remove(board, list_of(board, piece), index);
+    if (piece_is_pawn(piece)) {
+        toggle_pawn_file(board, square, color);
+    }
+    board.total_count -= 1;
+    board.kind_count[index_of(kind)] -= 1;
+    board.material[index_of(color)] -= piece_value_of(piece);
+    if (update_keys) {
+        const PsqEntry psq = psq_of(kind, square64_of(square));
+        board.pst_opening -= psq.opening;
+        board.pst_endgame -= psq.endgame;
+        const std::uint64_t term = piece_key_of(kind, square64_of(square));
+        board.key ^= term;
+        if (piece_is_pawn(piece)) {
+            board.pawn_key ^= term;
+        }
+        board.material_key ^= material_key_of(kind, board.kind_count[index_of(kind)]);
+    }
+}
+
+// Puts a man at a place of its list, without touching sums and keys.
+void square_put(Board& board, Square square, Piece piece, int index) {
+    const Color color = piece_color(piece);
+    assert(board_piece(board, square) == kEmpty);
+    board.square[index_of(square)] = piece;
+    list_insert(board, list_of(board, piece), index, square);
+    if (piece_is_pawn(piece)) {
+        toggle_pawn_file(board, square, color);
+    }
+    board.total_count += 1;
+    board.kind_count[index_of(piece12_of(piece))] += 1;
+    board.material[index_of(color)] += piece_value_of(piece);
+}
+
+// Moves a man to an empty square, without touching sums and keys.
+void square_shift(Board& board, Square from, Square to) {
+    const Piece piece = board_piece(board, from);
+    const int index = board.list_index[index_of(from)];
+    assert(index >= 0 && board_piece(board, to) == kEmpty);
+    board.square[index_of(from)] = kEmpty;
+    board.list_index[index_of(from)] = -1;
+    board.square[index_of(to)] = piece;
+    board.list_index[index_of(to)] = index;
+    list_of(board, piece).square[index] = to;
+    if (piece_is_pawn(piece)) {
+        toggle_pawn_file(board, from, piece_color(piece));
+        toggle_pawn_file(board, to, piece_color(piece));
+    }
+}
+
+void square_move(Board& board, Square from, Square to) {
+    const Piece piece = board_piece(board, from);
+    const int kind = piece12_of(piece);
+    square_shift(board, from, to);
+    const PsqEntry old_psq = psq_of(kind, square64_of(from));
+    const PsqEntry new_psq = psq_of(kind, square64_of(to));
+    board.pst_opening += new_psq.opening - old_psq.opening;
+    board.pst_endgame += new_psq.endgame - old_psq.endgame;
+    const std::uint64_t term =
+        piece_key_of(kind, square64_of(from)) ^ piece_key_of(kind, square64_of(to));
+    board.key ^= term;
+    if (piece_is_pawn(piece)) {
+        board.pawn_key ^= term;
+    }
+}
+
+// A new piece stands behind the last entry whose code is not below its own: behind the king and its
+// own kind, ahead of weaker ones.
+int promotion_index(const Board& board, Piece piece) {
+    const Color color = piece_color(piece);
+    const auto& list = board.piece_list[index_of(color)];
+    int index = board_piece_count(board, color);
+    while (board_piece(board, list[index_of(index - 1)]) < piece) {
+        --index;
+    }
+    return index;
+}
+
+void promote(Board& board, Move move, Piece pawn, UndoInfo& undo) {
+    const Square from = move_from(move);
+    const Square to = move_to(move);
+    undo.pawn_index = board.list_index[index_of(from)];
+    square_clear(board, from, pawn, true);
+    const Piece piece = move_promote(move);
+    const int kind = piece12_of(piece);
+    board.material_key ^= material_key_of(kind, board.kind_count[index_of(kind)]);
+    square_put(board, to, piece, promotion_index(board, piece));
+    const PsqEntry psq = psq_of(kind, square64_of(to));
+    board.pst_opening += psq.opening;
+    board.pst_endgame += psq.endgame;
+    board.key ^= piece_key_of(kind, square64_of(to));
+    board.cap_sq = to;
+}
+
+struct RookMove {
+    Square from;
+    Square to;
+};
+
+// The rook's part of castling, by the king's to-square; no squares for any other.
+RookMove castling_rook(Square king_to) {
+    switch (king_to) {
+        case kG1:
+            return {kH1, kF1};
+        case kC1:
+            return {kA1, kD1};
+        case kG8:
+            return {kH8, kF8};
+        case kC8:
+            return {kA8, kD8};
+        default:
+            return {kNoSquare, kNoSquare};
+    }
+}
+
+void save(const Board& board, UndoInfo& undo) {
+    undo.captured = false;
+    undo.turn = board.turn;
+    undo.castle_flags = board.castle_flags;
+    undo.ep_square = board.ep_square;
+    undo.ply_nb = board.ply_nb;
+    undo.cap_sq = board.cap_sq;
+    undo.moved_piece = board.moved_piece;
+    undo.pst_opening = board.pst_opening;
+    undo.pst_endgame = board.pst_endgame;
+    undo.key = board.key;
+    undo.pawn_key = board.pawn_key;
+    undo.material_key = board.material_key;
+}
+
+void push_key(Board& board) {
+    assert(board.sp < kKeyHistorySize);
+    board.key_history[index_of(board.sp++)] = board.key;
+}
+
+void clear_en_passant(Board& board) {
+    if (board.ep_square != kNoSquare) {
+        board.key ^= ep_key_of(board.ep_square);
+        board.ep_square = kNoSquare;
+    }
+}
+
+// A double step can be answered en passant only with an enemy pawn beside the arrival square.
+void set_en_passant(Board& board, Square from, Square to) {
+    if (to - from != 2 * kRowStep && to - from != -2 * kRowStep) {
+        return;
+    }
+    const Piece enemy = pawn_of(board.turn);
+    if (board_piece(board, to - 1) == enemy || board_piece(board, to + 1) == enemy) {
+        board.ep_square = (from + to) / 2;
+        board.key ^= ep_key_of(to);
+    }
+}
+
+void capture(Board& board, Move move, UndoInfo& undo) {
+    const Square to = move_to(move);
+    const Square victim = move_is_en_passant(move) ? to ^ kRowStep : to;
+    const Piece piece = board_piece(board, victim);
+    if (piece == kEmpty) {
+        return;
+    }
+    undo.captured = true;
+    undo.cap_square = victim;
+    undo.cap_piece = piece;
+    undo.cap_index = board.list_index[index_of(victim)];
+    square_clear(board, victim, piece, true);
+    board.ply_nb = 0;
+    board.cap_sq = to;
+}
+
+}  // namespace
+
+void move_do(Board& board, Move move, UndoInfo& undo) {
+    assert(board_consistent(board));
+    save(board, undo);
+    const Square from = move_from(move);
+    const Square to = move_to(move);
+    const Piece piece = board_piece(board, from);
+    assert(piece_is_ok(piece) && piece_color(piece) == board.turn);
+    board.moved_piece = piece;
+    push_key(board);
+    board.turn = color_opposite(board.turn);
+    board.key ^= random64[kTurnKeyIndex];
+    const int flags = board.castle_flags & castle_mask_of(from) & castle_mask_of(to);
+    if (flags != board.castle_flags) {
+        board.key ^= castle_key_of(flags ^ board.castle_flags);
+        board.castle_flags = flags;
+    }
+    clear_en_passant(board);
+    if (piece_is_pawn(piece)) {
+        set_en_passant(board, from, to);
+        board.ply_nb = 0;
+    } else {
+        board.ply_nb += 1;
+    }
+    board.cap_sq = kNoSquare;
+    capture(board, move, undo);
+    if (move_is_promotion(move)) {
+        promote(board, move, piece, undo);
+    } else {
+        square_move(board, from, to);
+        if (move_kind(move) == kKindCastling) {
+            const RookMove rook = castling_rook(to);
+            if (rook.from != kNoSquare) {
+                square_move(board, rook.from, rook.to);
+            }
+        }
+    }
+    assert(board_consistent(board));
+}
+
+void move_undo(Board& board, Move move, const UndoInfo& undo) {
+    const Square from = move_from(move);
+    const Square to = move_to(move);
+    if (move_kind(move) == kKindCastling) {
+        const RookMove rook = castling_rook(to);
+        if (rook.from != kNoSquare) {
+            square_shift(board, rook.to, rook.from);
+        }
+    }
+    if (move_is_promotion(move)) {
+        square_clear(board, to, board_piece(board, to), false);
+        square_put(board, from, pawn_of(undo.turn), undo.pawn_index);
+    } else {
+        square_shift(board, to, from);
+    }
+    if (undo.captured) {
+        square_put(board, undo.cap_square, undo.cap_piece, undo.cap_index);
+    }
+    board.turn = undo.turn;
+    board.castle_flags = undo.castle_flags;
+    board.ep_square = undo.ep_square;
+    board.ply_nb = undo.ply_nb;
+    board.cap_sq = undo.cap_sq;
+    board.moved_piece = undo.moved_piece;
+    board.pst_opening = undo.pst_opening;
+    board.pst_endgame = undo.pst_endgame;
+    board.key = undo.key;
+    board.pawn_key = undo.pawn_key;
+    board.material_key = undo.material_key;
+    board.sp -= 1;
+    assert(board_consistent(board));
+}
+
+void move_do_null(Board& board, UndoInfo& undo) {
+    undo.turn = board.turn;
+    undo.ep_square = board.ep_square;
+    undo.ply_nb = board.ply_nb;
+    undo.cap_sq = board.cap_sq;
+    undo.moved_piece = board.moved_piece;
+    undo.key = board.key;
+    push_key(board);
+    board.turn = color_opposite(board.turn);
+    board.key ^= random64[kTurnKeyIndex];
+    clear_en_passant(board);
+    board.ply_nb = 0;
+    board.cap_sq = kNoSquare;
+    board.moved_piece = kEmpty;
+}
+
+void move_undo_null(Board& board, const UndoInfo& undo) {
+    board.turn = undo.turn;
+    board.ep_square = undo.ep_square;
+    board.ply_nb = undo.ply_nb;
+    board.cap_sq = undo.cap_sq;
+    board.moved_piece = undo.moved_piece;
+    board.key = undo.key;
+    board.sp -= 1;
+}
+
+}  // namespace zar

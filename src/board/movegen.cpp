@@ -1,0 +1,180 @@
+#include "board/movegen.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "board/movegen_parts.h"
+
+namespace zar {
+
+namespace {
+
+// Which targets a generator wants.
+enum class Targets { all, captures, quiets };
+
+template <Targets kTargets>
+void gen_piece(MoveList& list, const Board& board, Square from, int enemy_bit) {
+    const Piece piece = board_piece(board, from);
+    const bool slides = piece_is_slider(piece);
+    for (const int step : piece_steps(piece)) {
+        Square to = from + step;
+        while (board_piece(board, to) == kEmpty) {
+            if constexpr (kTargets != Targets::captures) {
+                list_add(list, move_make(from, to));
+            }
+            if (!slides) {
+                break;
+            }
+            to += step;
+        }
+        if constexpr (kTargets != Targets::quiets) {
+            if ((board_piece(board, to) & enemy_bit) != 0) {
+                list_add(list, move_make(from, to));
+            }
+        }
+    }
+}
+
+template <Targets kTargets>
+void gen_pieces(MoveList& list, const Board& board) {
+    const int enemy_bit = color_bit(color_opposite(board.turn));
+    for (const Square from : board_pieces(board, board.turn)) {
+        gen_piece<kTargets>(list, board, from, enemy_bit);
+    }
+}
+
+void gen_pawn_captures(MoveList& list, const Board& board, Square from) {
+    const int enemy_bit = color_bit(color_opposite(board.turn));
+    const Square ahead = from + pawn_step_of(board.turn);
+    for (const Square to : {ahead - 1, ahead + 1}) {
+        if ((board_piece(board, to) & enemy_bit) != 0) {
+            list_add_pawn_move(list, from, to);
+        }
+    }
+}
+
+void gen_pawn_push(MoveList& list, const Board& board, Square from) {
+    const int forward = pawn_step_of(board.turn);
+    if (board_piece(board, from + forward) != kEmpty) {
+        return;
+    }
+    list_add_pawn_move(list, from, from + forward);
+    if (is_second_rank(from, board.turn) && board_piece(board, from + 2 * forward) == kEmpty) {
+        list_add(list, move_make(from, from + 2 * forward));
+    }
+}
+
+void gen_en_passant(MoveList& list, const Board& board) {
+    if (board.ep_square == kNoSquare) {
+        return;
+    }
+    const Square behind = board.ep_square - pawn_step_of(board.turn);
+    for (const Square from : {behind + 1, behind - 1}) {
+        if (board_piece(board, from) == pawn_of(board.turn)) {
+            list_add(list, move_make(from, board.ep_square, kKindEnPassant));
+        }
+    }
+}
+
+}  // namespace
+
+bool list_contains(const MoveList& list, Move move) {
+    const auto end = list.move.begin() + list.size;
+    return std::find(list.move.begin(), end, move) != end;
+}
+
+void list_sort(MoveList& list) {
+    // Insertion: stable, and fast on the short lists that arrive.
+    for (std::size_t i = 1; i < static_cast<std::size_t>(list.size); ++i) {
+        const Move move = list.move[i];
+        const std::int16_t value = list.value[i];
+        std::size_t place = i;
+        while (place > 0 && list.value[place - 1] < value) {
+            list.move[place] = list.move[place - 1];
+            list.value[place] = list.value[place - 1];
+            --place;
+        }
+        list.move[place] = move;
+        list.value[place] = value;
+    }
+}
+
+void gen_castling(MoveList& list, const Board& board) {
+    struct Castling {
+        Color color;
+        int flag;
+        Square king;
+        Square king_to;
+        Square crossed;      // passed by the king, where it may not be attacked
+        Square beside_rook;  // must be empty too; equal to king_to where there is no such square
+    };
+    static constexpr std::array<Castling, 4> castlings = {{
+        {kWhite, kWhiteKingSide, kE1, kG1, kF1, kG1},
+        {kWhite, kWhiteQueenSide, kE1, kC1, kD1, kB1},
+        {kBlack, kBlackKingSide, kE8, kG8, kF8, kG8},
+        {kBlack, kBlackQueenSide, kE8, kC8, kD8, kB8},
+    }};
+    for (const Castling& castling : castlings) {
+        if (castling.color == board.turn && (board.castle_flags & castling.flag) != 0 &&
+            board_piece(board, castling.crossed) == kEmpty &&
+            board_piece(board, castling.king_to) == kEmpty &&
+            board_piece(board, castling.beside_rook) == kEmpty &&
+            !is_attacked(board, castling.crossed, color_opposite(board.turn))) {
+            list_add(list, move_make(castling.king, castling.king_to, kKindCastling));
+        }
+    }
+}
+
+void gen_moves(MoveList& list, Board& board) {
+    list.size = 0;
+    gen_pieces<Targets::all>(list, board);
+    for (const Square from : board_pawns(board, board.turn)) {
+        gen_pawn_captures(list, board, from);
+        gen_pawn_push(list, board, from);
+    }
+    gen_en_passant(list, board);
+    gen_castling(list, board);
+}
+
+void gen_captures(MoveList& list, const Board& board) {
+    list.size = 0;
+    gen_pieces<Targets::captures>(list, board);
+    for (const Square from : board_pawns(board, board.turn)) {
+        gen_pawn_captures(list, board, from);
+        if (is_seventh_rank(from, board.turn)) {
+            gen_pawn_push(list, board, from);
+        }
+    }
+    gen_en_passant(list, board);
+}
+
+void gen_quiets(MoveList& list, const Board& board) {
+    list.size = 0;
+    gen_pieces<Targets::quiets>(list, board);
+    for (const Square from : board_pawns(board, board.turn)) {
+        if (!is_seventh_rank(from, board.turn)) {
+            gen_pawn_push(list, board, from);
+        }
+    }
+    gen_castling(list, board);
+}
+
+void gen_legal_moves(MoveList& list, Board& board) {
+    Attack attack;
+    attack_set(attack, board);
+    if (attack.count > 0) {
+        gen_evasions(list, board, attack);
+        return;
+    }
+    gen_moves(list, board);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(list.size); ++i) {
+        const Move move = list.move[i];
+        if (move_is_legal(move, board)) {
+            list.move[kept++] = move;
+        }
+    }
+    list.size = static_cast<int>(kept);
+}
+
+}  // namespace zar
