@@ -1,0 +1,60 @@
+// The number that every evaluation term is kept in: a pair of an opening and an endgame score,
+// which the phase of the game blends into one at the end.
+#pragma once
+
+#include <cassert>
+
+#include "board/types.h"
+
+namespace zar {
+
+// Centipawns. Whose point of view the pair takes is said where it is made; sums over both colours
+// are White's view.
+struct ScorePair {
+    int opening = 0;
+    int endgame = 0;
+
+    friend constexpr bool operator==(const ScorePair&, const ScorePair&) = default;
+};
+
+[[nodiscard]] constexpr ScorePair operator+(ScorePair left, ScorePair right) noexcept {
+    return {left.opening + right.opening, left.endgame + right.endgame};
+}
+
+[[nodiscard]] constexpr ScorePair operator-(ScorePair left, ScorePair right) noexcept {
+    return {left.opening - right.opening, left.endgame - right.endgame};
+}
+
+constexpr ScorePair& operator+=(ScorePair& left, ScorePair right) noexcept {
+    left = left + right;
+    return left;
+}
+
+constexpr ScorePair& operator-=(ScorePair& left, ScorePair right) noexcept {
+    left = left - right;
+    return left;
+}
+
+// Group weights count in parts of 256: a weight of 256 leaves a score as it is.
+constexpr int kWeightUnit = 256;
+
+// The phase of a position without any piece but kings and pawns; 0 is that of the full board.
+constexpr int kEndgamePhase = 256;
+
+// Every division of the evaluation truncates toward zero, so that a score and its negation keep
+// the same magnitude.
+[[nodiscard]] constexpr int weigh(int score, int weight) noexcept {
+    return score * weight / kWeightUnit;
+}
+
+[[nodiscard]] constexpr ScorePair weigh(ScorePair score, int weight) noexcept {
+    return {weigh(score.opening, weight), weigh(score.endgame, weight)};
+}
+
+// The score of a position in this phase, 0..256.
+[[nodiscard]] constexpr Score blend(ScorePair score, int phase) noexcept {
+    assert(phase >= 0 && phase <= kEndgamePhase);
+    return (score.opening * (kEndgamePhase - phase) + score.endgame * phase) / kEndgamePhase;
+}
+
+}  // namespace zar
