@@ -1,0 +1,141 @@
+#include "search/budget.h"
+
+#include <csetjmp>
+
+#include "frontend/option.h"
+#include "search/parameters.h"
+
+namespace zar {
+
+namespace {
+
+constexpr Score kScoreDrop = 49;
+constexpr Score kEasyMargin = 149;
+constexpr double kEasyShare = 0.6;    // of the target, for a move that stood out from the start
+constexpr double kStableShare = 0.4;  // ... for a search that has not changed its mind
+constexpr double kHashfullInterval = 1.0;  // seconds
+constexpr double kSpeedAfter = 1.0;        // seconds before a speed is worth telling
+
+[[noreturn]] void abandon(SearchThread& self) { std::longjmp(self.return_point, 1); }
+
+void apply_limits(const SearchThread& self) {
+    const SearchLimits& limits = search_shared.limits;
+    RootStability& stability = search_shared.stability;
+    if (limits.limit_depth_set && self.iteration_depth > limits.limit_depth) {
+        stability.stop_search = true;
+    }
+    if (!limits.limit_time_set) {
+        return;
+    }
+    const double elapsed = self.statistics.elapsed;
+    if (elapsed >= limits.time_limit) {
+        stability.stop_search = true;
+    }
+    if (elapsed >= limits.time_target && !stability.score_dropped &&
+        !stability.score_dropped_last && self.root_index == 0) {
+        stability.stop_search = true;
+    }
+}
+
+}  // namespace
+
+void search_reset() {
+    search_shared.limits = SearchLimits{};
+    search_shared.stability = RootStability{};
+    for (SearchThread& thread : search_threads) {
+        thread.nodes = 0;
+        thread.selective_depth = 0;
+        thread.poll_countdown = 0;  // the first node looks at the input
+        thread.hashfull_time = 0;
+        thread.abort_allowed = false;
+        thread.statistics = ThreadStatistics{};
+        thread.reduce_one = option_get_bounded("ZARXReduceOne");
+        thread.check_plies_limit = 1 - thread.reduce_one;
+        thread.stop.store(false, std::memory_order_relaxed);
+    }
+}
+
+void statistics_update(int thread) {
+    SearchThread& self = search_thread(thread);
+    const double elapsed = stopwatch_elapsed(self.stopwatch);
+    const double speed = elapsed < kSpeedAfter ? 0.0 : static_cast<double>(self.nodes) / elapsed;
+    self.statistics = {elapsed, speed, stopwatch_load(self.stopwatch)};
+}
+
+void poll(int thread) {
+    SearchThread& self = search_thread(thread);
+    if (thread != 0) {
+        if (self.stop.load(std::memory_order_relaxed)) {
+            abandon(self);
+        }
+        return;
+    }
+    statistics_update(thread);
+    if (self.statistics.elapsed - self.hashfull_time >= kHashfullInterval) {
+        search_shared.hooks.report_hashfull();
+        self.hashfull_time = self.statistics.elapsed;
+    }
+    const bool stopped = search_shared.hooks.poll_input();
+    apply_limits(self);
+    if (!self.abort_allowed) {
+        return;
+    }
+    if (stopped || (search_shared.stability.stop_search && !search_shared.limits.limit_infinite)) {
+        abandon(self);
+    }
+}
+
+void budget_line_started() {
+    search_shared.stability.score_dropped = false;
+    search_shared.stability.best_changed = false;
+}
+
+void budget_note_new_best() {
+    search_shared.stability.best_changed = true;
+    search_shared.stability.easy_move = false;
+    search_shared.stability.stop_search = false;
+}
+
+void budget_note_score(Score score, int depth) {
+    RootStability& stability = search_shared.stability;
+    if (depth <= 1) {
+        return;
+    }
+    stability.score_dropped = score < stability.previous_score - kScoreDrop;
+    if (stability.score_dropped) {
+        stability.easy_move = false;
+        stability.stop_search = false;
+    }
+}
+
+void budget_note_first_iteration(const MoveList& root) {
+    search_shared.stability.easy_move =
+        root.size > 1 && root.value[0] > root.value[1] + kEasyMargin;
+}
+
+bool budget_line_done(Score score, int depth, bool last_line) {
+    const SearchThread& self = search_thread(0);
+    const SearchLimits& limits = search_shared.limits;
+    RootStability& stability = search_shared.stability;
+    if (depth >= 2) {
+        stability.score_dropped_last = stability.score_dropped;
+        stability.score_dropped = false;
+    }
+    stability.previous_score = score;
+    if (limits.limit_depth_set && last_line && limits.limit_depth <= depth) {
+        stability.stop_search = true;
+    }
+    if (limits.limit_time_set) {
+        const double elapsed = self.statistics.elapsed;
+        const bool dropped = stability.score_dropped_last;
+        if ((elapsed >= limits.time_target && !dropped) ||
+            (elapsed >= kEasyShare * limits.time_target && stability.easy_move) ||
+            (elapsed >= kStableShare * limits.time_target && !dropped && !stability.best_changed)) {
+            stability.stop_search = true;
+        }
+    }
+    return self.stop.load(std::memory_order_relaxed) ||
+           (stability.stop_search && !limits.limit_infinite);
+}
+
+}  // namespace zar

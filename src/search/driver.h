@@ -1,0 +1,14 @@
+// From "go" to a result: the start of a search, iterative deepening with aspiration windows and
+// several principal variations, and the search of the root moves.
+#pragma once
+
+#include "search/types.h"
+
+namespace zar {
+
+// Searches the position under search_shared.limits until a stop rule ends it. The results are then
+// in the threads' records; with no legal move they stay empty. The board is restored. hash_table
+// and the evaluation's tables must be allocated.
+void search_run(Board& board);
+
+}  // namespace zar

@@ -1,0 +1,82 @@
+// The transposition table: one table of search results, shared by all threads without locks.
+//
+// An entry is two 64-bit words, read and written by relaxed atomic operations. Nothing orders the
+// two, so a reader may see the key of one result with the data of another. That is accepted: every
+// move taken from the table is tested before it is played, and a wrong score now and then does not
+// hurt. What a reader may rely on is that each word is whole.
+//
+//   word 0  the full position key, 0 in an empty entry
+//   word 1  bits 0-15 move, 16-23 draft, 24-25 bound, 28-31 date of the search, 32-47 value
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "board/types.h"
+
+namespace zar {
+
+struct HashEntry {
+    std::uint64_t key;
+    std::uint64_t data;
+};
+static_assert(sizeof(HashEntry) == 16);
+
+constexpr int kHashDates = 16;
+constexpr int kHashEmptyDepth = 128;
+
+struct HashTable {
+    HashEntry* entries;
+    std::uint32_t
+        entry_count;          // slots and three more, so that a cluster may start at the last slot
+    std::uint32_t slot_mask;  // number of slots, a power of two, less 1
+    std::uint32_t date;       // of the current search, 0..15
+    std::array<std::uint32_t, kHashDates> age;  // how many searches ago a date was current
+    std::uint32_t used;  // entries written under the current date; relaxed, threads may lose counts
+};
+
+// The one table. Allocated, freed and cleared by the command thread while no search runs.
+extern HashTable hash_table;
+
+// What a probe found. `value` is still relative to the node it was stored at.
+struct HashHit {
+    Move move;
+    int depth;
+    int bound;
+    Score value;
+};
+
+// Empty and without memory. To be called before anything else.
+void hash_init(HashTable& table);
+
+// Allocates the largest power of two that fits into this many megabytes, all entries empty. Above
+// 1024 counts as 1024; below 16 gives 128 MB.
+void hash_alloc(HashTable& table, int megabytes);
+
+// Releases the memory; harmless when there is none.
+void hash_free(HashTable& table);
+
+// Forgets all results and dates.
+void hash_clear(HashTable& table);
+
+// Starts a new date, by which older entries are told from those of the current search.
+void hash_new_search(HashTable& table);
+
+// Looks a position up; false when it is not there. Does not refresh the entry's date.
+[[nodiscard]] bool hash_probe(const HashTable& table, std::uint64_t key, HashHit& hit);
+
+// Stores a result: draft in plies (its low 8 bits are kept), bound 1..3, value by value_to_hash
+// (its low 16 bits are kept). A deeper result of the same position keeps its value and takes only a
+// missing move; otherwise the entry of the cluster goes that is oldest, shallowest, and least
+// exact.
+void hash_store(HashTable& table, std::uint64_t key, Move move, int depth, int bound, Score value);
+
+// Share of entries written by the current search, in thousandths; 0 for a table without memory.
+[[nodiscard]] double hash_full(const HashTable& table);
+
+// Mate scores, and large scores by another scale, are stored relative to the node rather than the
+// root. The two conversions are no exact inverses of each other between 3000 and the mate range.
+[[nodiscard]] Score value_to_hash(Score value, int ply);
+[[nodiscard]] Score value_from_hash(Score value, int ply);
+
+}  // namespace zar

@@ -1,0 +1,463 @@
+#include "search/node.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "board/attack.h"
+#include "board/exchange.h"
+#include "board/make.h"
+#include "eval/draws.h"
+#include "eval/eval.h"
+#include "search/budget.h"
+#include "search/extend.h"
+#include "search/hash.h"
+#include "search/history.h"
+#include "search/order.h"
+#include "search/parameters.h"
+#include "search/quiesce.h"
+
+namespace zar {
+
+namespace {
+
+constexpr int kEndgameMen = 5;  // the most that a database of endgames holds
+constexpr int kRazorDepth = 3;
+constexpr Score kRazorMargin = 300;
+constexpr Score kRazorMarginPerPly = 39;
+constexpr int kDeepeningDepth = 3;  // least depth for internal iterative deepening
+constexpr int kHistoryPruningDepth = 6;
+constexpr int kFutilityDepth = 5;
+constexpr int kReductionDepth = 3;  // least depth and least number of moves searched
+constexpr int kReductionMoves = 3;
+
+struct Node {
+    Board& board;
+    Score alpha;
+    Score beta;
+    int depth;
+    int ply;
+    Line& pv;
+    NodeType type;
+    bool ext_flag;
+    int thread;
+    Attack attack;  // the checkers of the side to move
+    bool in_check;
+    bool hash_found;
+    HashHit hash;
+    Move hash_move;
+};
+
+// The state of a node's loop over its moves.
+struct MoveLoop {
+    Picker picker;
+    Line child_pv;
+    Score best = kNoScore;
+    Score alpha;  // raised by good moves
+    Move best_move = kMoveNone;
+    int searched_count = 0;
+    std::array<Move, kMaxMoves> searched;
+    bool first_reduction_pending = true;
+    bool futility_known = false;
+    Score futility_value;
+};
+
+void enter_node(int ply, Line& pv_out, int thread) {
+    count_node(ply, thread);
+    pv_out[0] = kMoveNone;
+}
+
+void store(const Node& node, Move move, int bound, Score value) {
+    hash_store(hash_table, node.board.key, move, node.depth, bound, value_to_hash(value, node.ply));
+}
+
+// Enters the node and resolves it by captures.
+Score calm_score(Board& board, Score alpha, Score beta, int ply, Line& pv_out, int thread) {
+    enter_node(ply, pv_out, thread);
+    return is_draw(board, thread) ? 0 : qsearch(board, alpha, beta, 0, ply, pv_out, thread);
+}
+
+// Asks the endgame database, when there is one: not too deep in the tree for positions with all its
+// men, and near the root only after a capture or a pawn move has brought a new ending about.
+std::optional<Score> probe_endgame(Board& board, int ply, int thread) {
+    if (search_shared.hooks.probe_endgame == nullptr || board.total_count > kEndgameMen) {
+        return std::nullopt;
+    }
+    const int reach = 2 * search_thread(thread).iteration_depth / 3;
+    const bool irreversible = board.cap_sq != kNoSquare || piece_is_pawn(board.moved_piece);
+    Score score = 0;
+    if ((ply > reach && board.total_count == kEndgameMen) || (ply < reach && !irreversible) ||
+        !search_shared.hooks.probe_endgame(board, score)) {
+        return std::nullopt;
+    }
+    if (score < 0 && board_is_mate(board)) {
+        return ply - kMateScore;
+    }
+    return value_from_hash(score, ply);
+}
+
+void probe_hash(Node& node) {
+    node.hash_found = hash_probe(hash_table, node.board.key, node.hash);
+    node.hash_move = node.hash_found ? node.hash.move : kMoveNone;
+}
+
+// A stored result that is deep enough, or a mate score on the right side, settles the node.
+std::optional<Score> hash_score(const Node& node) {
+    if (!node.hash_found || node.type == kPvNode) {
+        return std::nullopt;
+    }
+    int bound = node.hash.bound;
+    if (node.hash.depth < node.depth) {
+        if (node.hash.value < -kMateBound && (bound & kBoundUpper) != 0) {
+            bound = kBoundUpper;
+        } else if (node.hash.value > kMateBound && (bound & kBoundLower) != 0) {
+            bound = kBoundLower;
+        } else {
+            return std::nullopt;
+        }
+    }
+    const Score value = value_from_hash(node.hash.value, node.ply);
+    if (bound == kBoundExact || ((bound & kBoundLower) != 0 && value >= node.beta) ||
+        ((bound & kBoundUpper) != 0 && value <= node.alpha)) {
+        return value;
+    }
+    return std::nullopt;
+}
+
+bool null_move_is_tried(const Node& node) {
+    const SearchParameters& parameters = search_parameters;
+    const int reduced_depth = node.depth - parameters.null_reduction - 1;
+    if (!parameters.null_enabled || node.depth < 2 || node.type == kPvNode || node.in_check ||
+        score_is_mate(node.beta) || board_piece_count(node.board, node.board.turn) < 2) {
+        return false;
+    }
+    // The table already knows that the reduced search will not reach beta.
+    if (node.hash_found && (node.hash.bound & kBoundUpper) != 0 &&
+        node.hash.depth >= reduced_depth &&
+        value_from_hash(node.hash.value, node.ply) < node.beta) {
+        return false;
+    }
+    return !parameters.null_fail_high || node.depth <= parameters.null_reduction + 1 ||
+           evaluate(node.board, node.alpha, node.beta, node.thread) >= node.beta;
+}
+
+Score null_move_cut(const Node& node, Score value) {
+    const Score best = std::min(value, kMateBound);
+    store(node, kMoveNone, kBoundLower, best);
+    return best;
+}
+
+// Confirms a null-move cut-off by a reduced search of the real moves, against zugzwang.
+std::optional<Score> verify_null_move(Node& node) {
+    const int depth = node.depth - search_parameters.verify_reduction;
+    Picker picker;
+    picker_init(picker, node.board, node.attack, node.ply, node.hash_move, node.thread);
+    Score alpha = node.alpha;
+    Score best = kNoScore;
+    Move best_move = kMoveNone;
+    Line child_pv;
+    while (const Move move = next_move(picker, node.thread)) {
+        const bool extended =
+            move_is_check(move, node.board) && see(move, node.board) >= kExtensionExchange;
+        UndoInfo undo;
+        move_do(node.board, move, undo);
+        const Score value = -search(node.board, -node.beta, -alpha, extended ? depth : depth - 1,
+                                    node.ply + 1, child_pv, kAllNode, false, node.thread);
+        move_undo(node.board, move, undo);
+        if (value > best) {
+            best = value;
+            line_set(node.pv, move, child_pv);
+        }
+        if (value > alpha) {
+            best_move = move;
+            alpha = value;
+            if (value >= node.beta) {
+                break;
+            }
+        }
+    }
+    if (best == kNoScore) {
+        best = 0;
+    }
+    if (best < node.beta) {
+        return std::nullopt;
+    }
+    if (best_move != kMoveNone) {
+        history_cutoff(best_move, node.board, node.depth, node.ply, node.thread);
+        history_good(best_move, node.board, node.thread);
+    }
+    store(node, best_move, kBoundLower, best);
+    return best;
+}
+
+// A side that may pass and still stands well enough will do so with a real move, too.
+std::optional<Score> try_null_move(Node& node) {
+    if (!null_move_is_tried(node)) {
+        return std::nullopt;
+    }
+    const SearchParameters& parameters = search_parameters;
+    Line child_pv;
+    UndoInfo undo;
+    move_do_null(node.board, undo);
+    const Score value =
+        -search(node.board, -node.beta, 1 - node.beta, node.depth - parameters.null_reduction - 1,
+                node.ply + 1, child_pv, -node.type, false, node.thread);
+    move_undo_null(node.board, undo);
+    if (value < node.beta) {
+        return std::nullopt;
+    }
+    constexpr int kEndgamePieces = 3;
+    const bool many_pieces = board_piece_count(node.board, node.board.turn) > kEndgamePieces;
+    if (!parameters.verify_enabled || node.depth <= parameters.verify_reduction ||
+        (parameters.verify_endgame_only && many_pieces)) {
+        return null_move_cut(node, value);
+    }
+    return verify_null_move(node);
+}
+
+// A position far below beta with little depth left is hopeless unless captures say otherwise.
+std::optional<Score> try_razoring(Node& node) {
+    if (node.type == kPvNode || node.in_check || node.depth > kRazorDepth ||
+        node.hash_move != kMoveNone) {
+        return std::nullopt;
+    }
+    const Score target = node.beta - kRazorMargin + (1 - node.depth) * kRazorMarginPerPly;
+    if (evaluate(node.board, target - 1, target, node.thread) >= target) {
+        return std::nullopt;
+    }
+    const Score value = calm_score(node.board, target - 1, target, node.ply, node.pv, node.thread);
+    return value < target ? std::optional(value) : std::nullopt;
+}
+
+// Finds a move to begin with by a shallower search of the same node.
+void deepen_internally(Node& node) {
+    if (node.type != kPvNode || node.depth < kDeepeningDepth || node.hash_move != kMoveNone) {
+        return;
+    }
+    const int depth = node.depth / 2;
+    const Score value = search(node.board, node.alpha, node.beta, depth, node.ply, node.pv, kPvNode,
+                               false, node.thread);
+    if (value <= node.alpha) {
+        // Only the variation is of interest.
+        static_cast<void>(search(node.board, -kMateScore, node.beta, depth, node.ply, node.pv,
+                                 kPvNode, false, node.thread));
+    }
+    node.hash_move = node.pv[0];
+}
+
+// Is the move to be searched without losing a ply? `ext` is set when that is for a capture.
+bool move_is_extended(const Node& node, const Picker& picker, Move move, bool& ext) {
+    const bool pv_node = node.type == kPvNode;
+    Board& board = node.board;
+    ext = false;
+    if (pv_node && move_captures_into_ending(move, board)) {
+        return true;
+    }
+    if (node.in_check && picker_evasion_count(picker) == 1) {
+        return true;
+    }
+    if (move_is_check(move, board) && (pv_node || see(move, board) >= kExtensionExchange)) {
+        return true;
+    }
+    if (pv_node && move_makes_passed_pawn(move, board)) {
+        return true;
+    }
+    ext = pv_node && !node.ext_flag && board_piece(board, move_to(move)) != kEmpty &&
+          see(move, board) >= kExtensionExchange;
+    return ext;
+}
+
+// Has the move failed too often elsewhere to be worth a look here?
+bool history_prunes(const Node& node, const MoveLoop& loop, Move move) {
+    const int threshold = 2 * search_parameters.history_threshold / (node.depth + (node.depth & 1));
+    return node.type != kPvNode && !node.in_check && node.depth <= kHistoryPruningDepth &&
+           loop.searched_count > node.depth && loop.picker.history_ratio < threshold &&
+           !move_makes_passed_pawn(move, node.board);
+}
+
+Score futility_value(const Node& node, const MoveLoop& loop) {
+    const Score margin = node.depth == 1
+                             ? search_parameters.futility_margin
+                             : search_parameters.futility_extension + 100 * (node.depth & 1);
+    return evaluate(node.board, loop.alpha - margin, loop.alpha, node.thread) + margin;
+}
+
+// Can a quiet move not lift the evaluation to alpha any more?
+bool futility_prunes(Node& node, MoveLoop& loop, Move move) {
+    if (!search_parameters.futility_enabled || node.depth > kFutilityDepth ||
+        node.type == kPvNode || node.in_check || move_is_tactical(move, node.board) ||
+        move_makes_passed_pawn(move, node.board)) {
+        return false;
+    }
+    if (!loop.futility_known) {
+        loop.futility_value = futility_value(node, loop);
+        loop.futility_known = true;
+    }
+    if (loop.futility_value > loop.alpha) {
+        return false;
+    }
+    if (loop.futility_value > loop.best) {
+        loop.best = loop.futility_value;
+        node.pv[0] = kMoveNone;
+    }
+    return true;
+}
+
+// Plies by which a late move is searched less deep at first.
+int late_move_reduction(const Node& node, MoveLoop& loop, Move move) {
+    if (!search_parameters.history_reduction_enabled || node.in_check ||
+        node.depth < kReductionDepth || loop.searched_count < kReductionMoves ||
+        (loop.first_reduction_pending && move_is_tactical(move, node.board)) ||
+        move_makes_passed_pawn(move, node.board)) {
+        return 0;
+    }
+    loop.first_reduction_pending = false;
+    return reduction_of(node.type == kPvNode, node.depth, loop.searched_count);
+}
+
+// Searches the position after the move, which has been made.
+Score child_score(const Node& node, MoveLoop& loop, int depth, int reduction, bool ext) {
+    const auto child = [&](Score alpha, Score beta, int child_depth, NodeType type) {
+        return -search(node.board, -beta, -alpha, child_depth, node.ply + 1, loop.child_pv, type,
+                       ext, node.thread);
+    };
+    const Score alpha = loop.alpha;
+    const Score beta = node.beta;
+    if (node.type != kPvNode || loop.best == kNoScore) {
+        const Score value = child(alpha, beta, depth - reduction, -node.type);
+        return value >= beta && reduction > 0 ? child(alpha, beta, depth, -node.type) : value;
+    }
+    Score value = child(alpha, alpha + 1, depth - reduction, kCutNode);
+    if (value > alpha && reduction > 0) {
+        value = child(alpha, beta, depth - reduction, kPvNode);
+        if (value >= beta) {
+            value = child(alpha, beta, depth, kPvNode);
+        }
+    } else if (value > alpha) {
+        value = child(alpha, beta, depth, kPvNode);
+    }
+    return value;
+}
+
+Score cut_off(const Node& node, const MoveLoop& loop) {
+    const Move move = loop.best_move;
+    history_cutoff(move, node.board, node.depth, node.ply, node.thread);
+    if (!move_is_tactical(move, node.board)) {
+        for (int i = 0; i < loop.searched_count - 1; ++i) {
+            history_bad(loop.searched[static_cast<std::size_t>(i)], node.board, node.thread);
+        }
+        history_good(move, node.board, node.thread);
+    }
+    store(node, move, kBoundLower, loop.best);
+    return loop.best;
+}
+
+Score no_cut_off(const Node& node, const MoveLoop& loop) {
+    if (loop.best == kNoScore) {
+        return node.in_check ? node.ply - kMateScore : 0;
+    }
+    if (loop.best_move != kMoveNone) {
+        history_cutoff(loop.best_move, node.board, node.depth, node.ply, node.thread);
+    }
+    store(node, loop.best_move, bound_of(loop.best, node.alpha, node.beta), loop.best);
+    return loop.best;
+}
+
+Score search_moves(Node& node) {
+    MoveLoop loop;
+    loop.alpha = node.alpha;
+    picker_init(loop.picker, node.board, node.attack, node.ply, node.hash_move, node.thread);
+    while (const Move move = next_move(loop.picker, node.thread)) {
+        bool ext = false;
+        const bool extended = move_is_extended(node, loop.picker, move, ext);
+        int reduction = 0;
+        if (!extended) {
+            if (history_prunes(node, loop, move) || futility_prunes(node, loop, move)) {
+                continue;
+            }
+            reduction = late_move_reduction(node, loop, move);
+        }
+        UndoInfo undo;
+        move_do(node.board, move, undo);
+        const int depth = extended ? node.depth : node.depth - 1;
+        const Score value = child_score(node, loop, depth, reduction, ext);
+        move_undo(node.board, move, undo);
+        loop.searched[static_cast<std::size_t>(loop.searched_count++)] = move;
+        if (value > loop.best) {
+            loop.best = value;
+            line_set(node.pv, move, loop.child_pv);
+        }
+        if (value > loop.alpha) {
+            loop.best_move = move;
+            loop.alpha = value;
+            if (value >= node.beta) {
+                return cut_off(node, loop);
+            }
+        }
+        if (node.type == kCutNode) {
+            node.type = kAllNode;
+        }
+    }
+    return no_cut_off(node, loop);
+}
+
+}  // namespace
+
+Score search(Board& board, Score alpha, Score beta, int depth, int ply, Line& pv_out,
+             NodeType node_type, bool ext_flag, int thread) {
+    SearchThread& self = search_thread(thread);
+    // The horizon.
+    if (depth < 1) {
+        self.check_plies_limit = (node_type != kPvNode ? 1 : 0) - self.reduce_one;
+        return calm_score(board, alpha, beta, ply, pv_out, thread);
+    }
+    // Draws, known endings and mate distance.
+    enter_node(ply, pv_out, thread);
+    if (board_is_repetition(board)) {
+        return 0;
+    }
+    if (const std::optional<Score> score = probe_endgame(board, ply, thread)) {
+        return *score;
+    }
+    if (is_recognised_draw(board, thread)) {
+        return 0;
+    }
+    Score bound = 0;
+    if (mate_distance_cuts(board, alpha, beta, ply, bound)) {
+        return bound;
+    }
+    // The transposition table.
+    Node node{.board = board,
+              .alpha = alpha,
+              .beta = beta,
+              .depth = depth,
+              .ply = ply,
+              .pv = pv_out,
+              .type = node_type,
+              .ext_flag = ext_flag,
+              .thread = thread,
+              .attack = {},
+              .in_check = false,
+              .hash_found = false,
+              .hash = {},
+              .hash_move = kMoveNone};
+    probe_hash(node);
+    if (const std::optional<Score> score = hash_score(node)) {
+        return *score;
+    }
+    if (ply > kLastPly) {
+        return evaluate(board, alpha, beta, thread);
+    }
+    attack_set(node.attack, board);
+    node.in_check = node.attack.count > 0;
+    // Ways to be done without looking at the moves.
+    if (const std::optional<Score> score = try_null_move(node)) {
+        return *score;
+    }
+    if (const std::optional<Score> score = try_razoring(node)) {
+        return *score;
+    }
+    deepen_internally(node);
+    return search_moves(node);
+}
+
+}  // namespace zar

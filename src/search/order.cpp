@@ -1,0 +1,223 @@
+#include "search/order.h"
+
+#include "board/exchange.h"
+#include "search/history.h"
+#include "search/types.h"
+
+namespace zar {
+
+namespace {
+
+// Sequences of stages, each ended by Stage::end.
+constexpr std::array<Stage, 6> main_stages = {Stage::hash_move, Stage::captures, Stage::killers,
+                                              Stage::quiets,    Stage::deferred, Stage::end};
+constexpr std::array<Stage, 2> main_check_stages = {Stage::evasions, Stage::end};
+constexpr std::array<Stage, 2> q_check_stages = {Stage::q_evasions, Stage::end};
+constexpr std::array<Stage, 3> q_with_checks_stages = {Stage::q_captures, Stage::q_checks,
+                                                       Stage::end};
+constexpr std::array<Stage, 2> q_stages = {Stage::q_captures, Stage::end};
+
+// Scores that set the classes of moves apart within one list.
+constexpr int kHashMoveScore = 32766;
+constexpr int kGoodCaptureScore = 4000;
+constexpr int kBadCaptureScore = -28000;
+constexpr int kQuietScore = -24000;
+constexpr int kKillerScores[2] = {4, 2};
+
+// Most valuable victim first, then least valuable attacker.
+int capture_score(Move move, const Board& board) {
+    const int attacker = piece_type_of(board_piece(board, move_from(move)));
+    const Piece victim = move_captured(move, board);
+    if (victim == kEmpty) {
+        return piece_type_of(move_promote(move)) - 5;
+    }
+    return piece_type_of(victim) * 6 - attacker + 5;
+}
+
+// Does this capture or promotion to a queen lose nothing?
+bool capture_is_good(Move move, const Board& board) {
+    if (move_is_promotion(move)) {
+        return !move_is_under_promote(move);
+    }
+    const int victim = piece_value_of(move_captured(move, board));
+    const int attacker = piece_value_of(board_piece(board, move_from(move)));
+    return victim >= attacker || see(move, board) >= 0;
+}
+
+int quiet_score(Move move, const Board& board, const SearchThread& self) {
+    return self.history[static_cast<std::size_t>(history_index(move, board))] + kQuietScore;
+}
+
+// Score of a move in a list that holds all kinds.
+int mixed_score(Move move, const Board& board, Move hash_move, const std::array<Move, 2>& killers,
+                const SearchThread& self) {
+    if (move == hash_move) {
+        return kHashMoveScore;
+    }
+    if (move_is_tactical(move, board)) {
+        const int base = capture_is_good(move, board) ? kGoodCaptureScore : kBadCaptureScore;
+        return capture_score(move, board) + base;
+    }
+    for (std::size_t i = 0; i < killers.size(); ++i) {
+        if (move == killers[i]) {
+            return kKillerScores[i];
+        }
+    }
+    return quiet_score(move, board, self);
+}
+
+// Writes rule(move) beside every move and sorts the list.
+template <typename Rule>
+void score_and_sort(MoveList& list, Rule rule) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(list.size); ++i) {
+        list.value[i] = static_cast<std::int16_t>(rule(list.move[i]));
+    }
+    list_sort(list);
+}
+
+void enter_killers(Picker& picker) {
+    picker.list.size = 0;
+    for (const Move killer : picker.killers) {
+        if (killer != kMoveNone && killer != picker.hash_move &&
+            quiet_is_pseudo(killer, *picker.board)) {
+            list_add(picker.list, killer);
+        }
+    }
+}
+
+void enter_deferred(Picker& picker) {
+    picker.list.size = picker.deferred_size;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(picker.deferred_size); ++i) {
+        picker.list.move[i] = picker.deferred[i];
+    }
+}
+
+// Fills the list for the current stage.
+void enter_stage(Picker& picker, const SearchThread& self) {
+    Board& board = *picker.board;
+    MoveList& list = picker.list;
+    const auto by_capture = [&](Move move) { return capture_score(move, board); };
+    picker.next = 0;
+    list.size = 0;
+    switch (*picker.stage) {
+        case Stage::hash_move:
+            if (move_is_ok(picker.hash_move) && move_is_pseudo(picker.hash_move, board)) {
+                list_add(list, picker.hash_move);
+            }
+            break;
+        case Stage::captures:
+        case Stage::q_captures:
+            gen_captures(list, board);
+            score_and_sort(list, by_capture);
+            break;
+        case Stage::killers:
+            enter_killers(picker);
+            break;
+        case Stage::quiets:
+            gen_quiets(list, board);
+            score_and_sort(list, [&](Move move) { return quiet_score(move, board, self); });
+            break;
+        case Stage::deferred:
+            enter_deferred(picker);
+            break;
+        case Stage::evasions:
+            gen_evasions(list, board, *picker.attack);
+            score_and_sort(list, [&](Move move) {
+                return mixed_score(move, board, picker.hash_move, picker.killers, self);
+            });
+            break;
+        case Stage::q_evasions:
+            gen_evasions_pseudo(list, board, *picker.attack);
+            score_and_sort(list, [&](Move move) {
+                return move_is_tactical(move, board) ? capture_score(move, board) : kQuietScore;
+            });
+            break;
+        case Stage::q_checks:
+            gen_quiet_checks(list, board);
+            break;
+        case Stage::end:
+            break;
+    }
+}
+
+// Is the move, taken from the current stage's list, to be played in this stage?
+bool stage_serves(Picker& picker, Move move) {
+    switch (*picker.stage) {
+        case Stage::captures:
+            if (move == picker.hash_move) {
+                return false;
+            }
+            if (!capture_is_good(move, *picker.board)) {
+                picker.deferred[static_cast<std::size_t>(picker.deferred_size++)] = move;
+                return false;
+            }
+            return true;
+        case Stage::quiets:
+            return move != picker.hash_move && move != picker.killers[0] &&
+                   move != picker.killers[1];
+        case Stage::q_captures:
+            return capture_is_good(move, *picker.board);
+        case Stage::q_checks:
+            return see(move, *picker.board) >= 0;
+        default:
+            return true;
+    }
+}
+
+void picker_start(Picker& picker, Board& board, const Attack& attack, const Stage* stages,
+                  int thread) {
+    picker.board = &board;
+    picker.attack = &attack;
+    picker.stage = stages;
+    picker.deferred_size = 0;
+    picker.history_ratio = kHistoryRatioOne;
+    enter_stage(picker, search_thread(thread));
+}
+
+}  // namespace
+
+void picker_init(Picker& picker, Board& board, const Attack& attack, int ply, Move hash_move,
+                 int thread) {
+    picker.hash_move = hash_move;
+    picker.killers = search_thread(thread).killers[static_cast<std::size_t>(ply)];
+    const Stage* stages = attack.count > 0 ? main_check_stages.data() : main_stages.data();
+    picker_start(picker, board, attack, stages, thread);
+}
+
+void qpicker_init(Picker& picker, Board& board, const Attack& attack, bool include_checks,
+                  int thread) {
+    const Stage* calm_stages = include_checks ? q_with_checks_stages.data() : q_stages.data();
+    const Stage* stages = attack.count > 0 ? q_check_stages.data() : calm_stages;
+    picker_start(picker, board, attack, stages, thread);
+}
+
+Move next_move(Picker& picker, int thread) {
+    while (*picker.stage != Stage::end) {
+        while (picker.next < picker.list.size) {
+            const Move move = picker.list.move[static_cast<std::size_t>(picker.next++)];
+            if (!stage_serves(picker, move)) {
+                continue;
+            }
+            // Evasions of the main search are generated legal.
+            if (*picker.stage != Stage::evasions && !move_is_legal(move, *picker.board)) {
+                continue;
+            }
+            picker.history_ratio = *picker.stage == Stage::quiets
+                                       ? history_ratio(move, *picker.board, thread)
+                                       : kHistoryRatioOne;
+            return move;
+        }
+        ++picker.stage;
+        enter_stage(picker, search_thread(thread));
+    }
+    return kMoveNone;
+}
+
+void order_root_moves(MoveList& list, const Board& board, Move hash_move, int thread) {
+    constexpr std::array<Move, 2> no_killers = {kMoveNone, kMoveNone};
+    score_and_sort(list, [&](Move move) {
+        return mixed_score(move, board, hash_move, no_killers, search_thread(thread));
+    });
+}
+
+}  // namespace zar
