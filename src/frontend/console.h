@@ -1,0 +1,28 @@
+// Lines in and out of the engine. Only the main thread reads.
+#pragma once
+
+namespace zar {
+
+constexpr int kInputLineSize = 65536;  // bytes, the terminating zero included
+constexpr int kOutputLineSize = 4096;
+
+// Makes standard output unbuffered, so that every line reaches the GUI at once.
+void console_init();
+
+// Writes a formatted line and a newline to standard output at once. A longer line than 4,095 bytes
+// is cut.
+[[gnu::format(printf, 1, 2)]] void send_line(const char* format, ...);
+
+// Writes a text as it is.
+void send_text(const char* text);
+
+// Waits for a line and copies it, ended by a zero instead of its newline; a "\r" is kept. At most
+// size - 1 (1..kInputLineSize - 1) characters are read, the rest of a longer line is the next one.
+// False at the end of input. A read error is fatal: "X-Error 7EU1MA2".
+[[nodiscard]] bool read_line(char* buffer, int size);
+
+// Collects what has arrived, without waiting, and tells whether read_line would return at once: a
+// whole line or a full buffer is there, or the input has ended or failed.
+[[nodiscard]] bool input_available();
+
+}  // namespace zar

@@ -1,0 +1,275 @@
+#include "frontend/uci.h"
+
+#include <cstdlib>
+
+#include "board/fen.h"
+#include "board/make.h"
+#include "board/movegen.h"
+#include "eval/eval.h"
+#include "frontend/console.h"
+#include "frontend/difficulty.h"
+#include "frontend/option.h"
+#include "frontend/report.h"
+#include "frontend/startup.h"
+#include "platform/text.h"
+#include "search/budget.h"
+#include "search/hash.h"
+
+namespace zar {
+
+UciState uci_state{};
+
+namespace {
+
+// More history than this is cut before a move is played: only the moves since the last capture or
+// pawn move count, and a search needs room for its own.
+constexpr int kLongHistory = 3000;
+constexpr int kKeptHistory = 200;
+
+bool is_busy() { return uci_state.searching || uci_state.bestmove_pending; }
+
+void release_bestmove() {
+    uci_state.bestmove_pending = false;
+    report_bestmove();
+}
+
+void apply_weights() {
+    eval_apply_weights();
+    board_sum_psq(uci_state.board);
+}
+
+void command_isready() {
+    if (!is_busy()) {
+        engine_init();
+    }
+    send_line("readyok");
+}
+
+void command_ponderhit() {
+    if (uci_state.searching) {
+        uci_state.wait_for_stop = false;
+        uci_state.go_ponder = false;
+        search_shared.limits.limit_infinite = false;
+    } else if (uci_state.bestmove_pending) {
+        release_bestmove();
+    }
+}
+
+void command_stop() {
+    if (uci_state.searching) {
+        for (int thread = 0; thread < search_shared.thread_count; ++thread) {
+            search_thread(thread).stop.store(true, std::memory_order_relaxed);
+        }
+        uci_state.wait_for_stop = false;
+    } else if (uci_state.bestmove_pending) {
+        release_bestmove();
+    }
+}
+
+void play(Move move) {
+    if (uci_state.board.sp > kLongHistory) {
+        board_trim_history(uci_state.board, kKeptHistory);
+    }
+    UndoInfo undo;
+    move_do(uci_state.board, move, undo);
+}
+
+bool is_legal(Move move) {
+    MoveList legal;
+    gen_legal_moves(legal, uci_state.board);
+    return list_contains(legal, move);
+}
+
+// Plays moves up to the first text that is no legal move.
+void play_moves(std::string_view text) {
+    while (true) {
+        text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+        if (text.size() < 4) {
+            return;
+        }
+        const bool has_suffix = text.size() > 4 && text[4] != ' ';
+        const std::string_view move_text = text.substr(0, has_suffix ? 5 : 4);
+        text.remove_prefix(move_text.size());
+        const Move move = move_from_string(move_text, uci_state.board);
+        if (!is_legal(move)) {
+            return;
+        }
+        play(move);
+    }
+}
+
+// The two markers may stand anywhere in the line.
+void command_position(std::string_view line) {
+    if (is_busy()) {
+        return;
+    }
+    engine_init();
+    constexpr std::string_view fen_marker = "fen ";
+    constexpr std::string_view moves_marker = "moves ";
+    const std::size_t fen = line.find(fen_marker);
+    const std::size_t moves = line.find(moves_marker);
+    if (fen == std::string_view::npos) {
+        board_from_fen(uci_state.board, kStartFen);
+    } else {
+        const std::size_t begin = fen + fen_marker.size();
+        std::size_t end = line.size();
+        if (moves != std::string_view::npos && moves >= begin) {
+            end = std::max(begin, moves - 1);  // without the blank before the marker
+        }
+        board_from_fen(uci_state.board, line.substr(begin, end - begin));
+    }
+    if (moves != std::string_view::npos) {
+        play_moves(line.substr(moves + moves_marker.size()));
+    }
+}
+
+[[noreturn]] void command_quit() {
+    search_shared.limits.shutdown = true;
+    std::exit(EXIT_SUCCESS);
+}
+
+void print_settings() {
+    send_line("info string - - - ");
+    send_line(
+        "info string %d CPUs - Hash Size %d - Level %d - Ponder Limit %d (1=true) - MultiPV %d - "
+        "Use Book %d (1=true) - Book is %s - Engine Ready",
+        option_get_int("Threads"), option_get_int("Hash"), option_get_int("Difficulty Level"),
+        static_cast<int>(uci_state.ponder_limit), option_get_int("MultiPV"),
+        static_cast<int>(option_get_bool("Own Book")), option_get_string("Book File"));
+}
+
+void resize_hash() {
+    constexpr int kLeastMegabytes = 16;
+    const int megabytes = option_get_int("Hash");
+    if (uci_state.engine_initialised && megabytes >= kLeastMegabytes) {
+        hash_free(hash_table);
+        hash_alloc(hash_table, megabytes);
+    }
+}
+
+// What follows a well-formed "setoption", whether or not the name is known.
+void react_to_option(std::string_view name) {
+    if (string_equal_nocase(name, "ZARXLoadStructureTest") ||
+        string_equal_nocase(name, "ZARXLoadStructure")) {
+        announce_ready();
+    }
+    if (string_equal_nocase(name, "Hash")) {
+        resize_hash();
+    }
+    if (string_equal_nocase(name, "Difficulty Level")) {
+        uci_state.ponder_limit = option_get_int("Difficulty Level") != kFullLevel;
+    }
+    if (option_get_bool("Extra Info")) {
+        print_settings();
+    }
+}
+
+// Names may contain blanks, so the markers are looked for and no tokens are made.
+void command_setoption(std::string_view line) {
+    if (is_busy()) {
+        return;
+    }
+    constexpr std::string_view name_marker = "name ";
+    constexpr std::string_view value_marker = "value ";
+    const std::size_t name_at = line.find(name_marker);
+    const std::size_t value_at = line.find(value_marker);
+    if (name_at != std::string_view::npos && value_at != std::string_view::npos &&
+        name_at < value_at) {
+        const std::size_t begin = name_at + name_marker.size();
+        const std::size_t end = std::max(begin, value_at - 1);  // without the blank before "value"
+        const std::string_view name = line.substr(begin, end - begin);
+        option_set(name, line.substr(value_at + value_marker.size()));
+        react_to_option(name);
+    }
+    apply_weights();
+}
+
+void command_uci() {
+    send_line("id name ZAR-X3 64Bit");
+    send_line("id author the ZAR-X3 authors");
+    option_print_all();
+    send_line("uciok");
+}
+
+void command_ucinewgame() {
+    if (!is_busy() && uci_state.engine_initialised) {
+        hash_clear(hash_table);
+    }
+}
+
+void execute(std::string_view line) {
+    constexpr std::string_view go_prefix = "go ";
+    if (line.starts_with("debug ")) {
+        return;
+    }
+    if (line.starts_with(go_prefix)) {
+        uci_go(line.substr(go_prefix.size()));
+    } else if (line == "isready") {
+        command_isready();
+    } else if (line == "ponderhit") {
+        command_ponderhit();
+    } else if (line.starts_with("position ")) {
+        command_position(line);
+    } else if (line == "quit") {
+        command_quit();
+    } else if (line.starts_with("setoption ")) {
+        command_setoption(line);
+    } else if (line == "stop") {
+        command_stop();
+    } else if (line == "uci") {
+        command_uci();
+    } else if (line == "ucinewgame") {
+        command_ucinewgame();
+    }
+}
+
+}  // namespace
+
+void engine_init() {
+    if (uci_state.engine_initialised) {
+        return;
+    }
+    uci_state.engine_initialised = true;
+    search_shared.thread_count = 1;
+    hash_alloc(hash_table, option_get_int("Hash"));
+    eval_tables_allocate(search_shared.thread_count);
+    apply_weights();
+    search_shared.limits.shutdown = false;
+}
+
+bool poll_input() {
+    const std::atomic<bool>& stop = search_thread(0).stop;
+    while (!stop.load(std::memory_order_relaxed)) {
+        if (!input_available()) {
+            return false;
+        }
+        uci_command();
+    }
+    return true;
+}
+
+void uci_command() {
+    char line[kInputLineSize];
+    if (!read_line(line, kInputLineSize)) {
+        std::exit(EXIT_SUCCESS);
+    }
+    execute(line);
+}
+
+void uci_loop() {
+    uci_state.engine_initialised = false;
+    uci_state.searching = false;
+    uci_state.wait_for_stop = false;
+    uci_state.bestmove_pending = false;
+    search_shared.hooks = {.report_pv = report_pv,
+                           .report_currmove = report_currmove,
+                           .report_hashfull = report_hashfull,
+                           .poll_input = poll_input};
+    search_reset();
+    board_from_fen(uci_state.board, kStartFen);
+    while (true) {
+        uci_command();
+    }
+}
+
+}  // namespace zar

@@ -1,0 +1,41 @@
+// The UCI command interpreter. The same code executes commands between searches and, called from
+// the search's poll, during one; commands that would change what a search works on are refused
+// then.
+#pragma once
+
+#include <string_view>
+
+#include "board/board.h"
+
+namespace zar {
+
+// Main thread only.
+struct UciState {
+    bool engine_initialised;  // the tables exist
+    bool searching;           // "go" is running; input arrives through poll_input
+    bool wait_for_stop;       // the running search must not answer on its own
+    bool bestmove_pending;    // a finished search waits for "stop" or "ponderhit" to answer
+    bool go_infinite;
+    bool go_ponder;
+    bool ponder_limit;  // the level is not the full one; only ever reported
+    Board board;        // the position that "position" has set up
+};
+
+extern UciState uci_state;
+
+// Resets the state, sets up the start position, and executes commands until the process ends.
+[[noreturn]] void uci_loop();
+
+// Reads and executes one line. The end of input ends the process with status 0.
+void uci_command();
+
+// Executes all waiting lines; true when the main search thread's `stop` is set.
+bool poll_input();
+
+// Creates what depends on options: tables, weights. Harmless when it has been done.
+void engine_init();
+
+// "go" with what follows it on the line, in uci_go.cpp. Returns when the search has ended.
+void uci_go(std::string_view arguments);
+
+}  // namespace zar
