@@ -1,0 +1,196 @@
+// inspect: what the engine knows about a position without searching, one JSON object a line.
+
+#include <csetjmp>
+#include <cstdint>
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+#include "board/attack.h"
+#include "board/exchange.h"
+#include "board/fen.h"
+#include "board/movegen.h"
+#include "commands.h"
+#include "eval/draws.h"
+#include "eval/eval.h"
+#include "frontend/option.h"
+#include "move_names.h"
+#include "platform/fatal.h"
+
+namespace zar::tools {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kThread = 0;
+constexpr Score kOpenWindow = 30000;
+
+// Where set-up comes back to when it meets a fatal error, and what the error said. The jump leaves
+// only frames of the engine, which hold nothing to destroy.
+std::jmp_buf failure_return;
+char failure_text[256];
+
+void on_failure(Failure failure, const char* text) {
+    if (failure == Failure::fatal) {
+        std::snprintf(failure_text, sizeof failure_text, "%s", text);
+        std::longjmp(failure_return, 1);
+    }
+    // A warning has no place in the output: the position is accepted.
+}
+
+// False when the text is no position; failure_text then tells why.
+bool set_up(Board& board, const char* fen) {
+    if (setjmp(failure_return) != 0) {
+        return false;
+    }
+    board_from_fen(board, fen);
+    return true;
+}
+
+std::string hex(std::uint64_t key) {
+    char text[17];
+    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(key));
+    return text;
+}
+
+Json names_of(const MoveList& list) {
+    Json names = Json::array();
+    for (const Move move : span_of(list)) {
+        names.push_back(name_of(move));
+    }
+    return names;
+}
+
+std::string fen_of(const Board& board) {
+    char text[kFenSize];
+    board_to_fen(board, text, kFenSize);
+    return text;
+}
+
+// What a generator lists in this position.
+template <typename Generator>
+Json generated(Board& board, Generator generate) {
+    MoveList list;
+    generate(list, board);
+    return names_of(list);
+}
+
+Json evasions(Board& board) {
+    Attack attack;
+    attack_set(attack, board);
+    if (attack.count == 0) {
+        return Json::array();
+    }
+    MoveList list;
+    gen_evasions_pseudo(list, board, attack);
+    return names_of(list);
+}
+
+void add_terms(Json& terms, const EvalTerms& eval) {
+    terms["material_o"] = eval.material.opening;
+    terms["material_e"] = eval.material.endgame;
+    terms["phase"] = eval.phase;
+    terms["class"] = eval.ending_class;
+    terms["ending_flags"] = eval.ending_flags;
+    terms["flags_w"] = eval.side_flags[0];
+    terms["flags_b"] = eval.side_flags[1];
+    terms["scale_w"] = eval.scale[0];
+    terms["scale_b"] = eval.scale[1];
+    terms["work_scale_w"] = eval.working_scale[0];
+    terms["work_scale_b"] = eval.working_scale[1];
+    terms["pawn_o"] = eval.pawns.opening;
+    terms["pawn_e"] = eval.pawns.endgame;
+    terms["passed_w"] = eval.passed_files[0];
+    terms["passed_b"] = eval.passed_files[1];
+    terms["lone_w"] = eval.lone_pawn[0];
+    terms["lone_b"] = eval.lone_pawn[1];
+    terms["pst_o"] = eval.psq.opening;
+    terms["pst_e"] = eval.psq.endgame;
+    terms["pattern_o"] = eval.patterns.opening;
+    terms["pattern_e"] = eval.patterns.endgame;
+    terms["shelter_w"] = eval.shelter[0];
+    terms["shelter_b"] = eval.shelter[1];
+    terms["passer_o_w"] = eval.passers[0].opening;
+    terms["passer_e_w"] = eval.passers[0].endgame;
+    terms["passer_o_b"] = eval.passers[1].opening;
+    terms["passer_e_b"] = eval.passers[1].endgame;
+    terms["mobility_o_w"] = eval.mobility[0].opening;
+    terms["mobility_e_w"] = eval.mobility[0].endgame;
+    terms["mobility_o_b"] = eval.mobility[1].opening;
+    terms["mobility_e_b"] = eval.mobility[1].endgame;
+    terms["total_o"] = eval.total.opening;
+    terms["total_e"] = eval.total.endgame;
+    terms["final"] = eval.final_score;
+}
+
+Json inspected(Board& board) {
+    MoveList legal;
+    gen_legal_moves(legal, board);
+    Json checks = Json::array();
+    Json exchanges = Json::object();
+    for (const Move move : span_of(legal)) {
+        if (move_is_check(move, board)) {
+            checks.push_back(name_of(move));
+        }
+        exchanges[name_of(move)] = see(move, board);
+    }
+    Json json;
+    json["fen"] = fen_of(board);
+    json["key"] = hex(board.key);
+    json["pawn_key"] = hex(board.pawn_key);
+    json["material_key"] = hex(board.material_key);
+    json["check"] = board_is_check(board);
+    json["mate"] = board_is_mate(board);
+    json["stalemate"] = board_is_stalemate(board);
+    json["legal"] = names_of(legal);
+    json["captures"] = generated(board, gen_captures);
+    json["quiets"] = generated(board, gen_quiets);
+    json["quiet_checks"] = generated(board, gen_quiet_checks);
+    json["evasions"] = evasions(board);
+    json["gives_check"] = std::move(checks);
+    json["see"] = std::move(exchanges);
+    json["eval"] = evaluate(board, -kOpenWindow, kOpenWindow, kThread);
+    json["draw"] = is_recognised_draw(board, kThread);
+    json["terms"] = Json::object();
+    add_terms(json["terms"], evaluate_terms(board, kThread));
+    return json;
+}
+
+Json failed() {
+    std::string text = failure_text;
+    std::erase(text, '\n');
+    return {{"error", text}};
+}
+
+void run(int level) {
+    static Board board;
+    option_set("Difficulty Level", std::to_string(level));
+    eval_tables_allocate(1);
+    eval_apply_weights();
+    failure_set_handler(on_failure);
+    for (std::string fen; std::getline(std::cin, fen);) {
+        const Json json = set_up(board, fen.c_str()) ? inspected(board) : failed();
+        std::cout << json.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
+    }
+}
+
+}  // namespace
+
+void add_inspect(CLI::App& app) {
+    constexpr int kFullLevel = 10;
+    auto level = std::make_shared<int>(kFullLevel);
+    CLI::App* command = app.add_subcommand(
+        "inspect",
+        "Describe positions: one FEN a line on standard input, one JSON object a line "
+        "on standard output");
+    command->add_option("--level", *level, "Difficulty Level that the evaluation is for")
+        ->check(CLI::Range(0, kFullLevel))
+        ->capture_default_str();
+    command->callback([level] { run(*level); });
+}
+
+}  // namespace zar::tools

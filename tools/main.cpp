@@ -1,0 +1,17 @@
+// zar-x3-tools: the engine's library behind a command line, for developers and curious users.
+
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+#include "frontend/startup.h"
+
+int main(int count, char** arguments) {
+    CLI::App app{"Looks into the chess engine ZAR-X3.", "zar-x3-tools"};
+    app.set_version_flag("--version", "ZAR-X3 tools " ZAR_VERSION);
+    app.require_subcommand(1);
+    zar::startup_tables();
+    zar::tools::add_perft(app);
+    zar::tools::add_inspect(app);
+    CLI11_PARSE(app, count, arguments);
+    return 0;
+}
