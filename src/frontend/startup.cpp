@@ -1,5 +1,6 @@
 #include "frontend/startup.h"
 
+#include "book/book.h"
 #include "frontend/console.h"
 #include "frontend/option.h"
 #include "platform/clock.h"
@@ -23,6 +24,7 @@ void startup_tables() {
     option_defaults();
     reductions_init();
     hash_init(hash_table);
+    book_reset(opening_book);
 }
 
 void startup_engine() {

@@ -5,6 +5,7 @@
 #include "board/fen.h"
 #include "board/make.h"
 #include "board/movegen.h"
+#include "book/book.h"
 #include "eval/eval.h"
 #include "frontend/console.h"
 #include "frontend/difficulty.h"
@@ -14,6 +15,7 @@
 #include "platform/text.h"
 #include "search/budget.h"
 #include "search/hash.h"
+#include "search/workers.h"
 
 namespace zar {
 
@@ -31,6 +33,15 @@ bool is_busy() { return uci_state.searching || uci_state.bestmove_pending; }
 void release_bestmove() {
     uci_state.bestmove_pending = false;
     report_bestmove();
+}
+
+int wanted_threads() { return option_get_bounded("Threads"); }
+
+void reopen_book() {
+    book_close(opening_book);
+    if (option_get_bool("Own Book")) {
+        book_open(opening_book, option_get_string("Book File"));
+    }
 }
 
 void apply_weights() {
@@ -123,11 +134,6 @@ void command_position(std::string_view line) {
     }
 }
 
-[[noreturn]] void command_quit() {
-    search_shared.limits.shutdown = true;
-    std::exit(EXIT_SUCCESS);
-}
-
 void print_settings() {
     send_line("info string - - - ");
     send_line(
@@ -147,6 +153,17 @@ void resize_hash() {
     }
 }
 
+void change_threads() {
+    if (!uci_state.engine_initialised || wanted_threads() == search_shared.thread_count) {
+        return;
+    }
+    threads_end();
+    search_shared.thread_count = wanted_threads();
+    eval_tables_allocate(search_shared.thread_count);
+    search_reset();
+    threads_create();
+}
+
 // What follows a well-formed "setoption", whether or not the name is known.
 void react_to_option(std::string_view name) {
     if (string_equal_nocase(name, "ZARXLoadStructureTest") ||
@@ -158,6 +175,9 @@ void react_to_option(std::string_view name) {
     }
     if (string_equal_nocase(name, "Difficulty Level")) {
         uci_state.ponder_limit = option_get_int("Difficulty Level") != kFullLevel;
+    }
+    if (string_equal_nocase(name, "Threads")) {
+        change_threads();
     }
     if (option_get_bool("Extra Info")) {
         print_settings();
@@ -181,6 +201,7 @@ void command_setoption(std::string_view line) {
         option_set(name, line.substr(value_at + value_marker.size()));
         react_to_option(name);
     }
+    reopen_book();
     apply_weights();
 }
 
@@ -211,7 +232,7 @@ void execute(std::string_view line) {
     } else if (line.starts_with("position ")) {
         command_position(line);
     } else if (line == "quit") {
-        command_quit();
+        engine_exit();
     } else if (line.starts_with("setoption ")) {
         command_setoption(line);
     } else if (line == "stop") {
@@ -225,16 +246,25 @@ void execute(std::string_view line) {
 
 }  // namespace
 
+void engine_exit() {
+    search_shared.limits.shutdown = true;
+    // What runs at the exit must not meet a worker.
+    threads_shutdown();
+    std::exit(EXIT_SUCCESS);
+}
+
 void engine_init() {
     if (uci_state.engine_initialised) {
         return;
     }
     uci_state.engine_initialised = true;
-    search_shared.thread_count = 1;
+    search_shared.thread_count = wanted_threads();
+    reopen_book();
     hash_alloc(hash_table, option_get_int("Hash"));
     eval_tables_allocate(search_shared.thread_count);
     apply_weights();
     search_shared.limits.shutdown = false;
+    threads_create();
 }
 
 bool poll_input() {
@@ -251,7 +281,7 @@ bool poll_input() {
 void uci_command() {
     char line[kInputLineSize];
     if (!read_line(line, kInputLineSize)) {
-        std::exit(EXIT_SUCCESS);
+        engine_exit();
     }
     execute(line);
 }

@@ -35,6 +35,9 @@ bool poll_input();
 // Creates what depends on options: tables, weights. Harmless when it has been done.
 void engine_init();
 
+// Ends the process with status 0, even in the middle of a search.
+[[noreturn]] void engine_exit();
+
 // "go" with what follows it on the line, in uci_go.cpp. Returns when the search has ended.
 void uci_go(std::string_view arguments);
 

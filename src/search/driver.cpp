@@ -5,6 +5,7 @@
 
 #include "board/exchange.h"
 #include "board/make.h"
+#include "book/book.h"
 #include "frontend/difficulty.h"
 #include "frontend/option.h"
 #include "search/budget.h"
@@ -14,6 +15,7 @@
 #include "search/node.h"
 #include "search/order.h"
 #include "search/parameters.h"
+#include "search/workers.h"
 
 namespace zar {
 
@@ -240,10 +242,11 @@ bool search_line(Aspiration& aspiration, int depth, int line) {
     return budget_line_done(score, depth, line == search_shared.last_pv_index);
 }
 
-void iterate(int thread) {
-    SearchThread& self = search_thread(thread);
+// The main thread searches all lines and applies the stop rules.
+void iterate_main() {
+    SearchThread& self = search_thread(0);
     Aspiration aspiration;
-    const int limit = difficulty_depth_limit(difficulty_level(), thread);
+    const int limit = difficulty_depth_limit(search_parameters.level, 0);
     for (int depth = 1; depth < limit; ++depth) {
         self.iteration_depth = depth;
         for (int line = 0; line <= search_shared.last_pv_index; ++line) {
@@ -251,6 +254,18 @@ void iterate(int thread) {
                 return;
             }
         }
+    }
+}
+
+// A worker searches the first line until it is told to stop.
+void iterate_worker(int thread) {
+    SearchThread& self = search_thread(thread);
+    Aspiration aspiration;
+    const int limit = difficulty_depth_limit(search_parameters.level, thread);
+    for (int depth = 1; depth < limit && !self.stop.load(std::memory_order_relaxed); ++depth) {
+        self.iteration_depth = depth;
+        board_copy(self.board, *search_shared.root_board);
+        static_cast<void>(search_aspiring(aspiration, depth, thread));
     }
 }
 
@@ -267,16 +282,6 @@ void prepare_thread(int thread) {
     order_root_moves(self.root, self.board, found ? hit.move : kMoveNone, thread);
 }
 
-void thread_search(int thread) {
-    // An abandoned search comes back here; nothing local is used after that.
-    if (setjmp(search_thread(thread).return_point) == 0) {
-        prepare_thread(thread);
-        iterate(thread);
-    }
-    statistics_update(thread);
-    stopwatch_stop(search_thread(thread).stopwatch);
-}
-
 void clear_results() {
     for (SearchThread& thread : search_threads) {
         for (RootResult& result : thread.result) {
@@ -287,15 +292,49 @@ void clear_results() {
     }
 }
 
+// The book answers for the engine, except at low levels and when the search is to go on until
+// "stop".
+bool play_from_book(Board& board) {
+    if (!option_get_bool("Own Book") || search_shared.limits.limit_infinite ||
+        !difficulty_allows_book(difficulty_level())) {
+        return false;
+    }
+    const Move move = book_probe(opening_book, board);
+    if (move == kMoveNone) {
+        return false;
+    }
+    RootResult& result = search_thread(0).result[0];
+    result.best_move = move;
+    result.score = 0;
+    result.pv[0] = move;
+    return true;
+}
+
 }  // namespace
+
+void thread_search(int thread) {
+    // An abandoned search comes back here; nothing local is used after that.
+    if (setjmp(search_thread(thread).return_point) == 0) {
+        prepare_thread(thread);
+        if (thread == 0) {
+            iterate_main();
+        } else {
+            iterate_worker(thread);
+        }
+    }
+    statistics_update(thread);
+    stopwatch_stop(search_thread(thread).stopwatch);
+}
 
 void search_run(Board& board) {
     clear_results();
+    if (play_from_book(board)) {
+        return;
+    }
     search_shared.root_board = &board;
     gen_legal_moves(search_shared.root_moves, board);
     const int moves = search_shared.root_moves.size;
-    const int lines = std::min(option_get_bounded("MultiPV"), moves);
-    search_shared.last_pv_index = lines - 1;
+    search_shared.last_pv_index = std::min(option_get_bounded("MultiPV"), moves) - 1;
     if (moves < 2) {
         search_shared.limits.limit_depth_set = true;
         search_shared.limits.limit_depth = kSingleMoveDepth;
@@ -305,7 +344,9 @@ void search_run(Board& board) {
         return;
     }
     search_parameters_setup();
+    threads_start_search();
     thread_search(0);
+    threads_stop_search();
 }
 
 }  // namespace zar

@@ -6,9 +6,14 @@
 
 namespace zar {
 
-// Searches the position under search_shared.limits until a stop rule ends it. The results are then
-// in the threads' records; with no legal move they stay empty. The board is restored. hash_table
-// and the evaluation's tables must be allocated.
+// Searches the position under search_shared.limits until a stop rule ends it, with all threads, or
+// takes a move from the opening book. The results are then in the threads' records; with no legal
+// move they stay empty. The board is restored. hash_table and the evaluation's tables must be
+// allocated and the workers created.
 void search_run(Board& board);
+
+// One thread's search of search_shared's root, by iterative deepening. Returns when it has ended or
+// has been abandoned.
+void thread_search(int thread);
 
 }  // namespace zar

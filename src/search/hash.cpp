@@ -162,9 +162,9 @@ void hash_store(HashTable& table, std::uint64_t key, Move move, int depth, int b
     store(victim->data, fresh);
 }
 
-double hash_full(const HashTable& table) {
-    return table.entry_count == 0 ? 0.0
-                                  : static_cast<double>(table.used) / table.entry_count * 1000;
+double hash_full(HashTable& table) {
+    const std::uint32_t used = std::atomic_ref(table.used).load(std::memory_order_relaxed);
+    return table.entry_count == 0 ? 0.0 : static_cast<double>(used) / table.entry_count * 1000;
 }
 
 Score value_to_hash(Score value, int ply) {

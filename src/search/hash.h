@@ -72,7 +72,7 @@ void hash_new_search(HashTable& table);
 void hash_store(HashTable& table, std::uint64_t key, Move move, int depth, int bound, Score value);
 
 // Share of entries written by the current search, in thousandths; 0 for a table without memory.
-[[nodiscard]] double hash_full(const HashTable& table);
+[[nodiscard]] double hash_full(HashTable& table);
 
 // Mate scores, and large scores by another scale, are stored relative to the node rather than the
 // root. The two conversions are no exact inverses of each other between 3000 and the mate range.

@@ -35,7 +35,8 @@ Switch read_switch(const char* name, bool allowed) {
 
 void search_parameters_setup() {
     SearchParameters& parameters = search_parameters;
-    const bool selective = difficulty_allows_selective_search(difficulty_level());
+    parameters.level = difficulty_level();
+    const bool selective = difficulty_allows_selective_search(parameters.level);
     const Switch null_move = read_switch("Null Move Pruning", selective);
     parameters.null_enabled = null_move.enabled;
     parameters.null_fail_high = null_move.conditional;

@@ -7,6 +7,7 @@
 namespace zar {
 
 struct SearchParameters {
+    int level;  // difficulty_level()
     bool null_enabled;
     bool null_fail_high;  // try a null move only where the evaluation is above beta
     int null_reduction;
