@@ -5,8 +5,8 @@
 
 namespace zar::test {
 
-// The text of the fatal error that `action` ends with, byte for byte; empty when it returns. The jump
-// out of `action` skips destructors: it may hold nothing that needs one.
+// The text of the fatal error that `action` ends with, byte for byte; empty when it returns. The
+// jump out of `action` skips destructors: it may hold nothing that needs one.
 [[nodiscard]] std::string fatal_text_of(void (*action)());
 
 // The same for an action that looks at one argument.

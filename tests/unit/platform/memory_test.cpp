@@ -1,0 +1,59 @@
+#include "platform/memory.h"
+
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <string>
+
+#include "gtest/gtest.h"
+
+// An allocator under test must be able to fail, which the sanitizers do not allow by themselves.
+extern "C" const char* __asan_default_options();
+extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
+extern "C" const char* __tsan_default_options();
+extern "C" const char* __tsan_default_options() { return "allocator_may_return_null=1"; }
+
+namespace zar {
+namespace {
+
+using ::testing::ExitedWithCode;
+using TextMatcher = ::testing::Matcher<const std::string&>;
+
+constexpr std::size_t kCacheLine = 64;
+
+TEST(Memory, BlocksAreAlignedToACacheLineAndWritable) {
+    for (const std::size_t bytes : {1U, 63U, 64U, 65U, 1000U, 1U << 20}) {
+        void* block = checked_malloc(bytes);
+        ASSERT_NE(block, nullptr);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % kCacheLine, 0U) << bytes;
+        std::memset(block, 0xA5, bytes);
+        EXPECT_EQ(static_cast<unsigned char*>(block)[bytes - 1], 0xA5) << bytes;
+        memory_free(block);
+    }
+}
+
+TEST(Memory, ReleasingNothingIsAllowed) {
+    memory_free(nullptr);
+    SUCCEED();
+}
+
+TEST(MemoryDeathTest, FailureEndsTheEngine) {
+    constexpr std::size_t kTooMuch = std::numeric_limits<std::size_t>::max() / 4;
+    // A sanitizer's allocator writes a warning of its own before.
+    EXPECT_EXIT(memory_free(checked_malloc(kTooMuch)), ExitedWithCode(1), "X-Error 7EU1MA1\n$");
+}
+
+TEST(MemoryDeathTest, FailureOfTheLibrarysAllocationEndsTheEngineToo) {
+    EXPECT_EXIT(
+        {
+            memory_install_handler();
+            if (const std::new_handler installed = std::get_new_handler()) {
+                installed();
+            }
+        },
+        ExitedWithCode(1), TextMatcher("X-Error 7EU1MA1\n"));
+}
+
+}  // namespace
+}  // namespace zar
