@@ -23,7 +23,7 @@ using Square64 = int;
 // A set of flag bits, 0 for an empty cell. See piece.h.
 using Piece = int;
 
-// Centipawns, a pawn being worth about 100; see search/score.h for the mate range.
+// Centipawns, a pawn being worth about 100; see search/types.h for the mate range.
 using Score = int;
 
 // A move code, 16 bits. See move.h.
