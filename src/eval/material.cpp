@@ -35,7 +35,6 @@ struct Men {
 
     [[nodiscard]] constexpr int minors() const { return knights + bishops; }
     [[nodiscard]] constexpr int pieces() const { return minors() + rooks + queens; }
-    [[nodiscard]] constexpr int count() const { return pawns + pieces(); }
     // Rooks and queens, in rooks.
     [[nodiscard]] constexpr int majors() const { return rooks + 2 * queens; }
     // Pieces, in minor pieces.
@@ -184,14 +183,10 @@ int scale_without_pawns(const Men& own, const Men& enemy) {
 
 // Scale of a side with one pawn, for which the enemy may give up a piece.
 int scale_with_one_pawn(const Men& own, const Men& enemy) {
-    int sacrifice = 0;
-    if (enemy.minors() > 0) {
-        sacrifice = 1;
-    } else if (enemy.rooks > 0) {
-        sacrifice = 2;
-    } else {
+    if (enemy.minors() == 0 && enemy.rooks == 0) {
         return kFullScale;
     }
+    const int sacrifice = enemy.minors() > 0 ? 1 : 2;
     if (own.units() == 1 || (own.units() == 2 && own.knights == 2)) {
         return 4;
     }

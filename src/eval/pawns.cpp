@@ -62,14 +62,12 @@ bool is_backward(const PawnView& pawn) {
     }
     // All neighbours are ahead. A single step reaches one that is next, and from its second rank a
     // double step one that is two ranks on.
-    int steps = 0;
-    if ((pawn.own_beside() & ranks_next(rank, 1)) != 0) {
-        steps = 1;
-    } else if (rank == 2 && (pawn.own_beside() & rank_bit(4)) != 0) {
-        steps = 2;
-    } else {
+    const bool single = (pawn.own_beside() & ranks_next(rank, 1)) != 0;
+    const bool twice = rank == 2 && (pawn.own_beside() & rank_bit(4)) != 0;
+    if (!single && !twice) {
         return true;
     }
+    const int steps = single ? 1 : 2;
     return (pawn.enemy_beside() & ranks_next(rank, steps + 1)) != 0 ||
            (pawn.any_on_file() & ranks_next(rank, steps)) != 0;
 }

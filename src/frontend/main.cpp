@@ -13,6 +13,7 @@
 namespace {
 
 constexpr int kUsageError = 2;
+constexpr int kMostDepth = 49;  // the search goes no deeper
 
 constexpr const char* kHelp =
     "ZAR-X3, a chess engine that speaks the Universal Chess Interface.\n"
@@ -27,9 +28,8 @@ int usage_error(const char* argument) {
     return kUsageError;
 }
 
-// False for anything but a whole number from 1 to 49.
+// False for anything but a whole number from 1 to kMostDepth.
 bool parse_depth(std::string_view text, int& depth) {
-    constexpr int kMostDepth = 49;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), depth);
     return error == std::errc{} && end == text.data() + text.size() && depth >= 1 &&
            depth <= kMostDepth;
@@ -37,8 +37,13 @@ bool parse_depth(std::string_view text, int& depth) {
 
 int run_bench(int count, char** arguments) {
     int depth = zar::kBenchDepth;
-    if (count > 2 && (count > 3 || !parse_depth(arguments[2], depth))) {
-        return usage_error(arguments[count > 3 ? 3 : 2]);
+    if (count > 3) {
+        return usage_error(arguments[3]);
+    }
+    if (count > 2 && !parse_depth(arguments[2], depth)) {
+        std::fprintf(stderr, "zar-x3: bench takes a depth from 1 to %d, not '%s'\n", kMostDepth,
+                     arguments[2]);
+        return kUsageError;
     }
     zar::startup_tables();
     zar::bench_run(depth);

@@ -218,32 +218,6 @@ void command_ucinewgame() {
     }
 }
 
-void execute(std::string_view line) {
-    constexpr std::string_view go_prefix = "go ";
-    if (line.starts_with("debug ")) {
-        return;
-    }
-    if (line.starts_with(go_prefix)) {
-        uci_go(line.substr(go_prefix.size()));
-    } else if (line == "isready") {
-        command_isready();
-    } else if (line == "ponderhit") {
-        command_ponderhit();
-    } else if (line.starts_with("position ")) {
-        command_position(line);
-    } else if (line == "quit") {
-        engine_exit();
-    } else if (line.starts_with("setoption ")) {
-        command_setoption(line);
-    } else if (line == "stop") {
-        command_stop();
-    } else if (line == "uci") {
-        command_uci();
-    } else if (line == "ucinewgame") {
-        command_ucinewgame();
-    }
-}
-
 }  // namespace
 
 void engine_exit() {
@@ -278,12 +252,38 @@ bool poll_input() {
     return true;
 }
 
+void uci_execute(std::string_view line) {
+    constexpr std::string_view go_prefix = "go ";
+    if (line.starts_with("debug ")) {
+        return;
+    }
+    if (line.starts_with(go_prefix)) {
+        uci_go(line.substr(go_prefix.size()));
+    } else if (line == "isready") {
+        command_isready();
+    } else if (line == "ponderhit") {
+        command_ponderhit();
+    } else if (line.starts_with("position ")) {
+        command_position(line);
+    } else if (line == "quit") {
+        engine_exit();
+    } else if (line.starts_with("setoption ")) {
+        command_setoption(line);
+    } else if (line == "stop") {
+        command_stop();
+    } else if (line == "uci") {
+        command_uci();
+    } else if (line == "ucinewgame") {
+        command_ucinewgame();
+    }
+}
+
 void uci_command() {
     char line[kInputLineSize];
     if (!read_line(line, kInputLineSize)) {
         engine_exit();
     }
-    execute(line);
+    uci_execute(line);
 }
 
 void uci_loop() {

@@ -29,6 +29,9 @@ extern UciState uci_state;
 // Reads and executes one line. The end of input ends the process with status 0.
 void uci_command();
 
+// Executes one line, without its newline. Unknown commands are ignored.
+void uci_execute(std::string_view line);
+
 // Executes all waiting lines; true when the main search thread's `stop` is set.
 bool poll_input();
 

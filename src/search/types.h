@@ -108,7 +108,7 @@ struct SearchThread {
     int pv_index;           // which of the MultiPV lines is being searched
     Move root_move;         // the root move being searched ...
     int root_index;         // ... and its place among the root moves, from 0
-    int reduce_one;         // quiescence plies without quiet checks, from the options
+    int reduce_one;         // how many plies more try quiet checks in quiescence, from the options
     int check_plies_limit;  // quiet checks are tried in quiescence plies not below this
     int poll_countdown;
     double hashfull_time;  // elapsed seconds when the hash fill was last printed by the poll
