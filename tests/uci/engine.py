@@ -21,6 +21,7 @@ BANNER = ["ZAR-X3 64Bit", "", "Engine Ready"]
 
 START_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
 
+_BOOKLESS = Path(__file__).resolve().parent
 _RELEASE = Path(__file__).resolve().parents[2] / "build" / "release"
 _DEFAULT_PATHS = {
     "ZAR_X3": _RELEASE / "zar-x3",
@@ -34,7 +35,7 @@ def program_path(variable):
     path = os.environ.get(variable) or str(_DEFAULT_PATHS[variable])
     if not os.access(path, os.X_OK):
         raise AssertionError(f"{variable} names no program: {path}")
-    return path
+    return os.path.abspath(path)
 
 
 def is_sanitizer_build(path):
@@ -178,9 +179,13 @@ class Process:
 
 
 class Engine(Process):
-    """The engine. A new one has printed its banner and has not been told anything."""
+    """The engine. A new one has printed its banner and has not been told anything.
+
+    It runs in a folder without an opening book, so nobody's own book answers for the search.
+    """
 
     def __init__(self, *arguments, **settings):
+        settings.setdefault("cwd", _BOOKLESS)
         super().__init__(program_path("ZAR_X3"), *arguments, **settings)
 
     @classmethod

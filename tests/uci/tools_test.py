@@ -1,0 +1,265 @@
+"""The developers' program: counting moves and looking into a position."""
+
+import json
+import re
+import unittest
+
+from engine import START_FEN, Process, Twin, program_path
+
+KIWIPETE = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1"
+ROOK_ENDING = "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1"
+PROMOTIONS = "n1n5/PPPk4/8/8/8/8/4Kppp/5N1N b - - 0 1"
+MATE = "rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3"
+STALEMATE = "k7/2Q5/1K6/8/8/8/8/8 b - - 0 1"
+BARE_KINGS = "8/8/4k3/8/8/3K4/8/8 w - - 0 1"
+TEN_BISHOPS = "8/8/8/8/7k/BBBBB3/BBBBB3/K7 w - - 0 1"
+
+# Position, depth, number of move sequences: published counts.
+COUNTS = [
+    (START_FEN, 4, 197281),
+    (KIWIPETE, 3, 97862),
+    (ROOK_ENDING, 4, 43238),
+    (PROMOTIONS, 3, 9483),
+]
+
+# The published keys of the Polyglot book format.
+KEYS = [
+    (START_FEN, "463b96181691fc9c"),
+    ("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1", "823c9b50fd114196"),
+    ("rnbqkbnr/ppp1pppp/8/3p4/4P3/8/PPPP1PPP/RNBQKBNR w KQkq d6 0 2", "0756b94461c50fb0"),
+    ("rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR b KQkq - 0 2", "662fafb965db29d4"),
+    ("rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPP1PPP/RNBQKBNR w KQkq f6 0 3", "22a48b5a8e47ff78"),
+    ("rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPPKPPP/RNBQ1BNR b kq - 0 3", "652a607ca3f242c1"),
+    ("rnbq1bnr/ppp1pkpp/8/3pPp2/8/8/PPPPKPPP/RNBQ1BNR w - - 0 4", "00fdd303c946bdd9"),
+    ("rnbqkbnr/p1pppppp/8/8/PpP4P/8/1P1PPPP1/RNBQKBNR b KQkq c3 0 3", "3c8123ea7b067637"),
+    ("rnbqkbnr/p1pppppp/8/8/P6P/R1p5/1P1PPPP1/1NBQKBNR b Kkq - 0 4", "5c3f9b829b279560"),
+]
+
+OBJECT_KEYS = (
+    "fen key pawn_key material_key check mate stalemate legal captures quiets quiet_checks evasions"
+    " gives_check see eval draw terms"
+).split()
+TERM_KEYS = (
+    "material_o material_e phase class ending_flags flags_w flags_b scale_w scale_b work_scale_w"
+    " work_scale_b pawn_o pawn_e passed_w passed_b lone_w lone_b pst_o pst_e pattern_o pattern_e"
+    " shelter_w shelter_b passer_o_w passer_e_w passer_o_b passer_e_b mobility_o_w mobility_e_w"
+    " mobility_o_b mobility_e_b total_o total_e final"
+).split()
+
+
+class Tool(Process):
+    def __init__(self, *arguments):
+        super().__init__(program_path("ZAR_X3_TOOLS"), *arguments)
+
+
+def run_tool(*arguments):
+    """Output lines, exit status and standard error of the tool without input."""
+    with Tool(*arguments) as tool:
+        return tool.finish()
+
+
+class Perft(unittest.TestCase):
+    def test_the_last_line_is_the_total_alone(self):
+        for fen, depth, count in COUNTS:
+            lines, status, errors = run_tool("perft", str(depth), fen)
+            self.assertEqual((str(count), 0, ""), (lines[-1], status, errors), fen)
+
+    def test_the_position_needs_no_quotes(self):
+        for fen, depth, count in COUNTS:
+            lines, status, errors = run_tool("perft", str(depth), *fen.split())
+            self.assertEqual((str(count), 0, ""), (lines[-1], status, errors), fen)
+
+    def test_the_start_position_is_the_default(self):
+        for depth, count in ((0, 1), (1, 20), (2, 400), (3, 8902)):
+            lines, status, _ = run_tool("perft", str(depth))
+            self.assertEqual((str(count), 0), (lines[-1], status), depth)
+
+    def test_divide_counts_each_move(self):
+        with Twin() as twin:
+            for fen, _, _ in COUNTS:
+                lines, status, _ = run_tool("perft", "--divide", "2", fen)
+                counts = {}
+                for line in lines[:-1]:
+                    match = re.fullmatch(r"([a-h][1-8][a-h][1-8][nbrq]?)\D+(\d+)", line)
+                    self.assertIsNotNone(match, (fen, line))
+                    counts[match.group(1)] = int(match.group(2))
+                twin.set_position(fen)
+                self.assertEqual(twin.moves(), sorted(counts), fen)
+                self.assertEqual(lines[-1], str(sum(counts.values())), fen)
+                self.assertEqual(lines[-1], twin.ask("perft 2"), fen)
+                self.assertEqual(0, status, fen)
+                for move, count in counts.items():
+                    twin.set_position(fen, [move])
+                    self.assertEqual(twin.ask("perft 1"), str(count), (fen, move))
+
+    def test_a_bad_position_is_an_error(self):
+        for fen, code in (
+            ("nonsense", "X-Error 4EFN1BF2"),
+            ("8/8/8/8/8/8/8/8 w - - 0 1", "X-Error 2EB1IP3"),
+            ("7k/8/8/8/8/8/8/K6R w - - 0 1", "X-Error 2EB1IP6"),
+        ):
+            lines, status, errors = run_tool("perft", "1", fen)
+            self.assertEqual([], lines, fen)
+            self.assertNotEqual(0, status, fen)
+            self.assertIn(code, errors, fen)
+
+
+class Arguments(unittest.TestCase):
+    def test_help_is_everywhere(self):
+        for arguments, word in (
+            (("--help",), "inspect"),
+            (("perft", "--help"), "--divide"),
+            (("inspect", "--help"), "--level"),
+        ):
+            lines, status, errors = run_tool(*arguments)
+            self.assertEqual((0, ""), (status, errors), arguments)
+            self.assertIn(word, "\n".join(lines), arguments)
+
+    def test_wrong_arguments_are_errors(self):
+        for arguments in (
+            (),
+            ("nonsense",),
+            ("perft",),
+            ("perft", "x"),
+            ("perft", "-1"),
+            ("inspect", "--level"),
+            ("inspect", "--nonsense"),
+        ):
+            _, status, errors = run_tool(*arguments)
+            self.assertGreater(status, 0, arguments)
+            self.assertTrue(errors, arguments)
+
+
+class Inspect(unittest.TestCase):
+    def ask(self, tool, fen):
+        """Sends one position and returns its object before anything else is sent."""
+        tool.send(fen)
+        line = tool.read_line()
+        self.assertIsNotNone(line, fen)
+        return json.loads(line)
+
+    def test_keys_and_their_order(self):
+        with Tool("inspect") as tool:
+            for fen in (START_FEN, KIWIPETE, ROOK_ENDING, MATE, STALEMATE, BARE_KINGS):
+                tool.send(fen)
+                line = tool.read_line()
+                pairs = json.loads(line, object_pairs_hook=lambda pairs: pairs)
+                self.assertEqual(OBJECT_KEYS, [key for key, _ in pairs], fen)
+                terms = dict(pairs)["terms"]
+                self.assertEqual(TERM_KEYS, [key for key, _ in terms], fen)
+                for key, value in terms:
+                    self.assertIs(int, type(value), (fen, key, value))
+            self.assertEqual(([], 0, ""), tool.finish())
+
+    def test_types(self):
+        with Tool("inspect") as tool:
+            for fen in (START_FEN, KIWIPETE, MATE, STALEMATE, BARE_KINGS):
+                found = self.ask(tool, fen)
+                for key in ("key", "pawn_key", "material_key"):
+                    self.assertRegex(found[key], "^[0-9a-f]{16}$", (fen, key))
+                for key in ("check", "mate", "stalemate", "draw"):
+                    self.assertIs(bool, type(found[key]), (fen, key))
+                for key in ("legal", "captures", "quiets", "quiet_checks", "evasions"):
+                    for move in found[key]:
+                        self.assertRegex(move, "^([a-h][1-8]){2}[nbrq]?$", (fen, key))
+                self.assertEqual(found["legal"], list(found["see"]), fen)
+                self.assertLessEqual(set(found["gives_check"]), set(found["legal"]), fen)
+                self.assertTrue(all(type(v) is int for v in found["see"].values()), fen)
+                self.assertIs(int, type(found["eval"]), fen)
+
+    def test_keys_are_the_published_ones(self):
+        with Tool("inspect") as tool:
+            for fen, key in KEYS:
+                self.assertEqual(key, self.ask(tool, fen)["key"], fen)
+
+    def test_the_position_is_written_back(self):
+        with Tool("inspect") as tool:
+            for fen, written in (
+                (START_FEN, START_FEN),
+                ("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1",) * 2,
+                ("4k3/8/8/8/8/8/4P3/4K3 w - - 12 34", "4k3/8/8/8/8/8/4P3/4K3 w - - 12 1"),
+                ("4k3/8/8/8/8/8/4P3/4K3 w KQkq -", "4k3/8/8/8/8/8/4P3/4K3 w - - 0 1"),
+                ("4k3/8/8/8/8/8/4P3/4K3 w - - 99999 1", "4k3/8/8/8/8/8/4P3/4K3 w - - 1000 1"),
+            ):
+                # An en-passant square that no pawn can use is not kept.
+                written = written.replace(" e3 ", " - ")
+                self.assertEqual(written, self.ask(tool, fen)["fen"], fen)
+
+    def test_moves_are_those_of_the_twin(self):
+        with Tool("inspect") as tool, Twin() as twin:
+            for fen in (START_FEN, KIWIPETE, ROOK_ENDING, PROMOTIONS, MATE, STALEMATE, TEN_BISHOPS):
+                found = self.ask(tool, fen)
+                if fen == TEN_BISHOPS:
+                    self.assertEqual(len(found["legal"]), len(set(found["legal"])), fen)
+                    continue
+                twin.set_position(fen)
+                self.assertEqual(twin.moves(), sorted(found["legal"]), fen)
+                status = twin.status()
+                self.assertEqual(status == "mate", found["mate"], fen)
+                self.assertEqual(status == "stalemate", found["stalemate"], fen)
+                pseudo = set(found["captures"]) | set(found["quiets"])
+                self.assertLessEqual(set(found["legal"]), pseudo, fen)
+                self.assertFalse(set(found["captures"]) & set(found["quiets"]), fen)
+
+    def test_the_order_of_the_first_moves(self):
+        with Tool("inspect") as tool:
+            legal = self.ask(tool, START_FEN)["legal"]
+            pawns = [f"{f}2{f}{rank}" for f in "abcdefgh" for rank in "34"]
+            self.assertEqual(["b1a3", "b1c3", "g1f3", "g1h3", *pawns], legal)
+
+    def test_single_facts(self):
+        with Tool("inspect") as tool:
+            mate = self.ask(tool, MATE)
+            self.assertEqual(
+                (True, True, False, [], {}),
+                tuple(mate[key] for key in ("check", "mate", "stalemate", "legal", "see")),
+            )
+            stalemate = self.ask(tool, STALEMATE)
+            self.assertEqual(
+                (False, False, True, []),
+                tuple(stalemate[key] for key in ("check", "mate", "stalemate", "evasions")),
+            )
+            kings = self.ask(tool, BARE_KINGS)
+            self.assertEqual((0, True), (kings["eval"], kings["draw"]))
+            queen = self.ask(tool, "3rk3/8/8/8/8/8/8/3QK3 w - - 0 1")
+            self.assertEqual(500 - 1000, queen["see"]["d1d8"])
+            quiet = {"d1a4", "d1d7", "d1e2", "d1h5"}
+            self.assertEqual(quiet | {"d1d8"}, set(queen["gives_check"]))
+            self.assertEqual(quiet, set(queen["quiet_checks"]))
+
+    def test_a_level_changes_the_evaluation(self):
+        values = {}
+        for arguments in ((), ("--level", "10"), ("--level", "3")):
+            with Tool("inspect", *arguments) as tool:
+                values[arguments] = self.ask(tool, KIWIPETE)["eval"]
+        self.assertEqual(values[()], values["--level", "10"])
+        self.assertNotEqual(values[()], values["--level", "3"])
+
+    def test_the_tool_goes_on_after_an_error(self):
+        with Tool("inspect") as tool:
+            for fen, code in (
+                ("nonsense", "4EFN1BF2"),
+                ("", "4EFN1BF3"),
+                ("8/8/8/8/8/8/8/8 w - - 0 1", "2EB1IP3"),
+                ("9/8/8/8/8/8/8/8 w - - 0 1", "4EFN1BF2"),
+                ("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e3 0 1", "4EFN1BF9"),
+                ("7k/8/8/8/8/8/8/K6R w - - 0 1", "2EB1IP6"),
+            ):
+                self.assertEqual({"error": f"X-Error {code}"}, self.ask(tool, fen), fen)
+                self.assertEqual(20, len(self.ask(tool, START_FEN)["legal"]), f"after {fen!r}")
+            rest, status, _ = tool.finish()
+            self.assertEqual(([], 0), (rest, status))
+
+    def test_ten_bishops_are_one_object(self):
+        with Tool("inspect") as tool:
+            self.assertEqual(TEN_BISHOPS, self.ask(tool, TEN_BISHOPS)["fen"])
+            # Here the warning comes before the error.
+            fatal = "8/8/8/8/7k/BBBBB3/BBBBB3/K6k w - - 0 1"
+            self.assertEqual({"error": "X-Error 2EB1IP3"}, self.ask(tool, fatal))
+            self.assertEqual(START_FEN, self.ask(tool, START_FEN)["fen"])
+            rest, status, _ = tool.finish()
+            self.assertEqual(([], 0), (rest, status))
+
+
+if __name__ == "__main__":
+    unittest.main()
