@@ -19,9 +19,20 @@ struct Event {
     int line;
     int root_index;
     RootResult result;
+    Score listed;  // root score of the move that the line reported last
 };
 
 inline std::vector<Event> events;
+
+inline Score listed_score(const SearchThread& self) {
+    const Move move = self.result[static_cast<std::size_t>(self.pv_index)].best_move;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(self.root.size); ++i) {
+        if (self.root.move[i] == move) {
+            return self.root.value[i];
+        }
+    }
+    return kNoScore;
+}
 
 class Driver : public SearchTest {
   protected:
@@ -30,12 +41,18 @@ class Driver : public SearchTest {
         events.clear();
         search_shared.hooks.report_currmove = [](int) {
             const SearchThread& self = search_thread(0);
-            events.push_back({false, self.iteration_depth, self.pv_index, self.root_index, {}});
+            events.push_back({false,
+                              self.iteration_depth,
+                              self.pv_index,
+                              self.root_index,
+                              {},
+                              listed_score(self)});
         };
         search_shared.hooks.report_pv = [](int) {
             const SearchThread& self = search_thread(0);
             const RootResult& result = self.result[static_cast<std::size_t>(self.pv_index)];
-            events.push_back({true, self.iteration_depth, self.pv_index, self.root_index, result});
+            events.push_back({true, self.iteration_depth, self.pv_index, self.root_index, result,
+                              listed_score(self)});
         };
     }
 
