@@ -15,8 +15,6 @@ namespace zar {
 
 namespace {
 
-constexpr Score kNoDeltaPruning = 30000;
-
 // In what is stored the quiescence search has no depth.
 constexpr int kQuiescenceDraft = 0;
 
@@ -32,7 +30,7 @@ struct QNode {
     Attack attack;
     Score best;
     Move best_move;
-    Score delta_base;  // stand-pat score plus margin
+    Score delta_base;  // stand-pat score plus margin; not looked at in check
 };
 
 void store(const QNode& node, Move move, int bound, Score value) {
@@ -80,8 +78,7 @@ bool stand_pat(QNode& node, Score& score) {
     }
     node.alpha = std::max(node.alpha, score);
     node.best = score;
-    node.delta_base =
-        search_parameters.delta_pruning ? score + search_parameters.delta_margin : kNoDeltaPruning;
+    node.delta_base = score + search_parameters.delta_margin;
     return false;
 }
 
@@ -211,7 +208,7 @@ Score qsearch(Board& board, Score alpha, Score beta, int qdepth, int ply, Line& 
                .attack = {},
                .best = kNoScore,
                .best_move = kMoveNone,
-               .delta_base = kNoDeltaPruning};
+               .delta_base = 0};
     Score score = 0;
     if (mate_distance_cuts(board, node.alpha, node.beta, ply, score) || hash_cuts(node, score)) {
         return score;
