@@ -7,5 +7,6 @@ namespace zar::tools {
 
 void add_perft(CLI::App& app);
 void add_inspect(CLI::App& app);
+void add_book(CLI::App& app);
 
 }  // namespace zar::tools

@@ -16,6 +16,7 @@
 #include "commands.h"
 #include "eval/draws.h"
 #include "eval/eval.h"
+#include "fen_text.h"
 #include "frontend/option.h"
 #include "move_names.h"
 #include "platform/fatal.h"
@@ -63,12 +64,6 @@ Json names_of(const MoveList& list) {
         names.push_back(name_of(move));
     }
     return names;
-}
-
-std::string fen_of(const Board& board) {
-    char text[kFenSize];
-    board_to_fen(board, text, kFenSize);
-    return text;
 }
 
 // What a generator lists in this position.

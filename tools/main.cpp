@@ -12,6 +12,7 @@ int main(int count, char** arguments) {
     zar::startup_tables();
     zar::tools::add_perft(app);
     zar::tools::add_inspect(app);
+    zar::tools::add_book(app);
     CLI11_PARSE(app, count, arguments);
     return 0;
 }

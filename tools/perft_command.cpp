@@ -11,6 +11,7 @@
 #include "board/movegen.h"
 #include "board/perft.h"
 #include "commands.h"
+#include "fen_text.h"
 #include "move_names.h"
 
 namespace zar::tools {
@@ -24,14 +25,6 @@ struct Arguments {
     std::vector<std::string> fen;
     bool divide = false;
 };
-
-std::string joined(const std::vector<std::string>& words) {
-    std::string text;
-    for (const std::string& word : words) {
-        text += (text.empty() ? "" : " ") + word;
-    }
-    return text.empty() ? std::string(kStartFen) : text;
-}
 
 // Prints the count behind every move of the position.
 void print_divided(Board& board, int depth) {
@@ -47,7 +40,7 @@ void print_divided(Board& board, int depth) {
 
 void run(const Arguments& arguments) {
     static Board board;
-    board_from_fen(board, joined(arguments.fen));
+    board_from_fen(board, fen_of_words(arguments.fen));
     if (arguments.divide && arguments.depth > 0) {
         print_divided(board, arguments.depth);
     }

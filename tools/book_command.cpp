@@ -1,0 +1,129 @@
+// book: makes opening books from text, shows what they hold and finds what is wrong with them.
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "board/fen.h"
+#include "book_faults.h"
+#include "book_file.h"
+#include "book_lines.h"
+#include "commands.h"
+#include "fen_text.h"
+
+namespace zar::tools {
+
+namespace {
+
+constexpr int kFailed = 1;
+
+struct Arguments {
+    std::string lines;
+    std::string file;
+    std::vector<std::string> fen;
+};
+
+// Ends the program with status 1 by way of the command line parser.
+[[noreturn]] void fail(const std::string& text) {
+    std::cerr << text << "\n";
+    throw CLI::RuntimeError(kFailed);
+}
+
+BookFile read_book(const std::string& path) {
+    BookFile file;
+    if (!book_file_read(path, file)) {
+        fail(path + ": cannot be read");
+    }
+    return file;
+}
+
+void make(const Arguments& arguments) {
+    std::ifstream text(arguments.lines);
+    BookMoves moves;
+    const int faults = book_lines_read(text, arguments.lines, moves);
+    if (!text.is_open() || text.bad()) {
+        fail(arguments.lines + ": cannot be read");
+    }
+    if (!book_file_write(arguments.file, book_lines_entries(moves))) {
+        fail(arguments.file + ": cannot be written");
+    }
+    if (faults > 0) {
+        throw CLI::RuntimeError(kFailed);
+    }
+}
+
+void show(const Arguments& arguments) {
+    static Board board;
+    board_from_fen(board, fen_of_words(arguments.fen));
+    std::vector<BookEntry> found;
+    int sum = 0;
+    for (const BookEntry& entry : read_book(arguments.file).entries) {
+        if (entry.key == board.key) {
+            found.push_back(entry);
+            sum += entry.weight;
+        }
+    }
+    if (found.empty()) {
+        fail("no move for this position");
+    }
+    for (const BookEntry& entry : found) {
+        const double per_cent = sum == 0 ? 0.0 : 100.0 * entry.weight / sum;
+        std::printf("%-5s %5d %6.2f%%\n", book_code_name(entry.move).c_str(), entry.weight,
+                    per_cent);
+    }
+}
+
+void check(const Arguments& arguments) {
+    const BookFile file = read_book(arguments.file);
+    const std::vector<std::string> faults = book_faults(file);
+    for (const std::string& fault : faults) {
+        std::cout << fault << "\n";
+    }
+    std::set<std::uint64_t> keys;
+    for (const BookEntry& entry : file.entries) {
+        keys.insert(entry.key);
+    }
+    std::cout << file.entries.size() << " entries, " << keys.size() << " positions, "
+              << faults.size() << " faults\n";
+    if (!faults.empty()) {
+        throw CLI::RuntimeError(kFailed);
+    }
+}
+
+}  // namespace
+
+void add_book(CLI::App& app) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* command = app.add_subcommand("book", "Make, show and check opening books");
+    command->require_subcommand(1);
+
+    CLI::App* maker = command->add_subcommand("make",
+                                              "Make a book from lines of moves in coordinate text; "
+                                              "exit status 1 when a line is at fault");
+    maker->add_option("LINES", arguments->lines, "text: \"3: e2e4 e7e5\", # for comments")
+        ->required();
+    maker->add_option("OUT", arguments->file, "book to write")->required();
+    maker->callback([arguments] { make(*arguments); });
+
+    CLI::App* shower = command->add_subcommand(
+        "show",
+        "List the book's moves of a position with weights and per cent; exit status 1 when it has "
+        "none");
+    shower->add_option("FILE", arguments->file, "book")->required();
+    shower->add_option("FEN", arguments->fen, "position (default: the start position)");
+    shower->callback([arguments] { show(*arguments); });
+
+    CLI::App* checker = command->add_subcommand(
+        "check",
+        "Report entries out of order, moves that stand twice or are not legal where the book's "
+        "moves lead; exit status 1 when there are any");
+    checker->add_option("FILE", arguments->file, "book")->required();
+    checker->callback([arguments] { check(*arguments); });
+}
+
+}  // namespace zar::tools
