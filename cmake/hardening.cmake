@@ -1,6 +1,7 @@
 # What Debian's own packages are hardened with, and the library's assertions in debug builds.
 if(NOT MSVC)
-    add_compile_options(-fstack-protector-strong -fstack-clash-protection -Wformat -Wformat-security)
+    add_compile_options(
+        -fstack-protector-strong -fstack-clash-protection -Wformat -Wformat-security)
     if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
         add_compile_options(-fcf-protection=full)
     endif()
@@ -12,8 +13,8 @@ if(NOT MSVC)
         add_link_options($<$<LINK_LANGUAGE:CXX>:-pie> -Wl,-z,relro,-z,now)
     endif()
 
-    # The checks of _FORTIFY_SOURCE need an optimising build, and they hide calls from the sanitizers.
-    # A search is abandoned by a jump to an older frame of its own stack, which they allow.
+    # The checks of _FORTIFY_SOURCE need an optimising build and hide calls from the sanitizers.
+    # They allow the jump that a search is left by, to an older frame of its own stack.
     if(NOT ZAR_SANITIZE)
         add_compile_options("$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
     endif()
