@@ -52,8 +52,6 @@ std::string fatal_text_of(void (*action)()) {
     return fatal_text_of([](const char*) { plain_action(); }, "");
 }
 
-std::string take_warnings() {
-    return std::exchange(warnings, {});
-}
+std::string take_warnings() { return std::exchange(warnings, {}); }
 
 }  // namespace zar::test
