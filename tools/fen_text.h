@@ -10,13 +10,16 @@
 namespace zar::tools {
 
 // The position of a command line, where the fields of a FEN come as one word or as several; the
-// start position when there are none.
+// start position when there are none. An empty word is a bad FEN like any other.
 [[nodiscard]] inline std::string fen_of_words(const std::vector<std::string>& words) {
+    if (words.empty()) {
+        return std::string(kStartFen);
+    }
     std::string text;
     for (const std::string& word : words) {
         text += (text.empty() ? "" : " ") + word;
     }
-    return text.empty() ? std::string(kStartFen) : text;
+    return text;
 }
 
 [[nodiscard]] inline std::string fen_of(const Board& board) {

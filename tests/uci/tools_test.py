@@ -74,6 +74,9 @@ class Perft(unittest.TestCase):
             lines, status, _ = run_tool("perft", str(depth))
             self.assertEqual((str(count), 0), (lines[-1], status), depth)
 
+    def test_an_empty_position_is_a_bad_one(self):
+        self.assertEqual(([], 1, "X-Error 4EFN1BF3\n"), run_tool("perft", "1", ""))
+
     def test_divide_counts_each_move(self):
         with Twin() as twin:
             for fen, _, _ in COUNTS:
