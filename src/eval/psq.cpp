@@ -13,10 +13,8 @@ namespace zar {
 
 namespace {
 
-// Scales over 256 of what each kind of man is given here.
+// Over 256; the other men's values are taken as they are.
 constexpr int kPawnScale = 333;
-constexpr int kKnightScale = 256;
-constexpr int kKingScale = 256;
 
 constexpr int kKnightCornerPenalty = 50;
 constexpr int kKingStep = 5;
@@ -43,16 +41,14 @@ void fill_white_pawns() {
 
 void fill_white_knights() {
     for (const Square square : {kA8, kH8}) {
-        entry_of(kWhiteKnight12, square).opening =
-            static_cast<std::int16_t>(weigh(-kKnightCornerPenalty, kKnightScale));
+        entry_of(kWhiteKnight12, square).opening = -kKnightCornerPenalty;
     }
 }
 
 void fill_white_king() {
     for (std::size_t index = 0; index < 64; ++index) {
-        const int value = kKingStep * (kKingLine[index % 8] + kKingLine[index / 8]);
         psq_table[kWhiteKing12][index].endgame =
-            static_cast<std::int16_t>(weigh(value, kKingScale));
+            static_cast<std::int16_t>(kKingStep * (kKingLine[index % 8] + kKingLine[index / 8]));
     }
 }
 
