@@ -120,7 +120,8 @@ BookEntry book_read_entry(Book& book, std::int32_t index) {
 }
 
 Move book_probe(Book& book, Board& board) {
-    if (book.file == nullptr || book.entry_count == 0) {
+    // The count of a file beyond 32 GiB may have come out negative.
+    if (book.file == nullptr || book.entry_count <= 0) {
         return kMoveNone;
     }
     const int chosen = choose(book, board.key);
