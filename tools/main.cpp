@@ -1,11 +1,16 @@
 // zar-x3-tools: the engine's library behind a command line, for developers and curious users.
 
 #include <CLI/CLI.hpp>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
 
 #include "commands.h"
 #include "frontend/startup.h"
 
-int main(int count, char** arguments) {
+namespace {
+
+int run(int count, char** arguments) {
     CLI::App app{"Looks into the chess engine ZAR-X3.", "zar-x3-tools"};
     app.set_version_flag("--version", "ZAR-X3 tools " ZAR_VERSION);
     app.require_subcommand(1);
@@ -14,5 +19,16 @@ int main(int count, char** arguments) {
     zar::tools::add_inspect(app);
     zar::tools::add_book(app);
     CLI11_PARSE(app, count, arguments);
-    return 0;
+    return EXIT_SUCCESS;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    try {
+        return run(count, arguments);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "zar-x3-tools: %s\n", error.what());
+        return EXIT_FAILURE;
+    }
 }

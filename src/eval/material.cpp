@@ -63,17 +63,18 @@ ScorePair material_value(const Men& men) {
            times(weights.queen, men.queens);
 }
 
+int value_without_pawns(const Men& men) {
+    return material_value(men).opening - eval_weights.material.pawn.opening * men.pawns;
+}
+
 // Pieces are worth a little more than the pawns that were given for them.
 ScorePair imbalance(const Men& white, const Men& black) {
-    const MaterialWeights& weights = eval_weights.material;
-    const auto piece_value = [&](const Men& men) {
-        return material_value(men).opening - weights.pawn.opening * men.pawns;
-    };
-    const int value = weights.imbalance;
-    if (piece_value(white) > piece_value(black) && white.pawns < black.pawns) {
+    const int value = eval_weights.material.imbalance;
+    const int difference = value_without_pawns(white) - value_without_pawns(black);
+    if (difference > 0 && white.pawns < black.pawns) {
         return {value, value};
     }
-    if (piece_value(white) < piece_value(black) && white.pawns > black.pawns) {
+    if (difference < 0 && white.pawns > black.pawns) {
         return {-value, -value};
     }
     return {};

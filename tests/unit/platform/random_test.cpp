@@ -12,9 +12,9 @@ constexpr int kDraws = 2000;
 
 std::vector<int> draw(unsigned seed, int n) {
     random_seed(seed);
-    std::vector<int> numbers;
-    for (int i = 0; i < kDraws; ++i) {
-        numbers.push_back(random_below(n));
+    std::vector<int> numbers(kDraws);
+    for (int& number : numbers) {
+        number = random_below(n);
     }
     return numbers;
 }
