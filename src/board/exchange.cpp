@@ -77,7 +77,8 @@ void add_direct(Exchange& exchange, Color color, Square without) {
 
 // What `color`, to move, wins by capturing a man worth `prey` as long as it pays; never below 0.
 Score play_out(Exchange& exchange, Color color, Score prey) {
-    std::array<Score, 2 * (kMaxMen + 1)> preys{};
+    constexpr std::size_t kMostCaptures = std::size_t{2} * (kMaxMen + 1);
+    std::array<Score, kMostCaptures> preys{};
     std::size_t captures = 0;
     while (true) {
         Attackers& list = exchange.side[static_cast<std::size_t>(color)];

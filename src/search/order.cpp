@@ -22,7 +22,8 @@ constexpr int kHashMoveScore = 32766;
 constexpr int kGoodCaptureScore = 4000;
 constexpr int kBadCaptureScore = -28000;
 constexpr int kQuietScore = -24000;
-constexpr int kKillerScores[2] = {4, 2};
+constexpr int kFirstKillerScore = 4;
+constexpr int kSecondKillerScore = 2;
 
 // Most valuable victim first, then least valuable attacker.
 int capture_score(Move move, const Board& board) {
@@ -58,10 +59,11 @@ int mixed_score(Move move, const Board& board, Move hash_move, const std::array<
         const int base = capture_is_good(move, board) ? kGoodCaptureScore : kBadCaptureScore;
         return capture_score(move, board) + base;
     }
-    for (std::size_t i = 0; i < killers.size(); ++i) {
-        if (move == killers[i]) {
-            return kKillerScores[i];
-        }
+    if (move == killers[0]) {
+        return kFirstKillerScore;
+    }
+    if (move == killers[1]) {
+        return kSecondKillerScore;
     }
     return quiet_score(move, board, self);
 }
