@@ -12,4 +12,8 @@ namespace zar {
 // be any with a man on its from-square.
 [[nodiscard]] Score see(Move move, const Board& board);
 
+// Is see(move, board) >= threshold? Cheaper, since it looks for the next capture only while the
+// answer is open: most exchanges are settled by the first.
+[[nodiscard]] bool see_at_least(Move move, const Board& board, Score threshold);
+
 }  // namespace zar

@@ -73,7 +73,7 @@ bool is_unstoppable(const Board& board, const Passer& pawn) {
 // Can the pawn step forward without being lost?
 bool can_step_safely(const Board& board, const Passer& pawn) {
     return board_piece(board, pawn.stop) == kEmpty &&
-           see(move_make(pawn.square, pawn.stop), board) >= 0;
+           see_at_least(move_make(pawn.square, pawn.stop), board, 0);
 }
 
 // What the endgame promises to the pawn once it has come far.

@@ -90,7 +90,7 @@ int root_child_depth(const Root& root, Move move, bool& ext) {
         move_captures_into_ending(move, board)) {
         return root.depth;
     }
-    ext = move_is_capture(move, board) && see(move, board) >= kExtensionExchange;
+    ext = move_is_capture(move, board) && see_at_least(move, board, kExtensionExchange);
     return ext ? root.depth : root.depth - 1;
 }
 

@@ -157,7 +157,7 @@ std::optional<Score> verify_null_move(Node& node) {
     Line child_pv;
     while (const Move move = next_move(picker, node.thread)) {
         const bool extended =
-            move_is_check(move, node.board) && see(move, node.board) >= kExtensionExchange;
+            move_is_check(move, node.board) && see_at_least(move, node.board, kExtensionExchange);
         UndoInfo undo;
         move_do(node.board, move, undo);
         const Score value = -search(node.board, -node.beta, -alpha, extended ? depth : depth - 1,
@@ -255,14 +255,14 @@ bool move_is_extended(const Node& node, const Picker& picker, Move move, bool& e
     if (node.in_check && picker_evasion_count(picker) == 1) {
         return true;
     }
-    if (move_is_check(move, board) && (pv_node || see(move, board) >= kExtensionExchange)) {
+    if (move_is_check(move, board) && (pv_node || see_at_least(move, board, kExtensionExchange))) {
         return true;
     }
     if (pv_node && move_makes_passed_pawn(move, board)) {
         return true;
     }
     ext = pv_node && !node.ext_flag && board_piece(board, move_to(move)) != kEmpty &&
-          see(move, board) >= kExtensionExchange;
+          see_at_least(move, board, kExtensionExchange);
     return ext;
 }
 

@@ -42,7 +42,7 @@ bool capture_is_good(Move move, const Board& board) {
     }
     const int victim = piece_value_of(move_captured(move, board));
     const int attacker = piece_value_of(board_piece(board, move_from(move)));
-    return victim >= attacker || see(move, board) >= 0;
+    return victim >= attacker || see_at_least(move, board, 0);
 }
 
 int quiet_score(Move move, const Board& board, const SearchThread& self) {
@@ -160,7 +160,7 @@ bool stage_serves(Picker& picker, Move move) {
         case Stage::q_captures:
             return capture_is_good(move, *picker.board);
         case Stage::q_checks:
-            return see(move, *picker.board) >= 0;
+            return see_at_least(move, *picker.board, 0);
         default:
             return true;
     }
