@@ -261,5 +261,23 @@ TEST(Exchange, RandomPositionsAgreeWithSwappingOffOnABoardOfLetters) {
     EXPECT_GT(losing, 1000);
 }
 
+TEST(Exchange, TheShortQuestionAgreesWithTheValue) {
+    int losing = 0;
+    test::random_walks(17, 4, 60, [&losing](const Board& seen) {
+        Board board = seen;
+        MoveList list;
+        gen_moves(list, board);
+        for (const Move move : test::moves_of(list)) {
+            const Score value = see(move, board);
+            for (const Score threshold : {value - 1, value, value + 1, -100, 0}) {
+                ASSERT_EQ(see_at_least(move, board, threshold), value >= threshold)
+                    << threshold << " for " << text_of(move) << " in " << fen_of(seen);
+            }
+            losing += value < 0 ? 1 : 0;
+        }
+    });
+    EXPECT_GT(losing, 1000);
+}
+
 }  // namespace
 }  // namespace zar
