@@ -11,9 +11,9 @@ namespace {
 
 constexpr std::align_val_t kCacheLine{64};
 
-[[noreturn]] void out_of_memory() { fatal_error("X-Error 7EU1MA1\n"); }
-
 }  // namespace
+
+void out_of_memory() { fatal_error("X-Error 7EU1MA1\n"); }
 
 void* checked_malloc(std::size_t bytes) {
     void* block = ::operator new(bytes, kCacheLine, std::nothrow);

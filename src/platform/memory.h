@@ -12,6 +12,20 @@ namespace zar {
 // Null is allowed.
 void memory_free(void* block);
 
+// Zeroed memory in pages of its own, huge ones where the system has them: fresh pages are zero and
+// need no writing, however large the block is. To be released with pages_free and the same number
+// of bytes. Failure ends the engine with "X-Error 7EU1MA1".
+[[nodiscard]] void* pages_alloc(std::size_t bytes);
+
+// Makes a block of pages_alloc zero again, without writing where the system takes pages back.
+void pages_clear(void* block, std::size_t bytes);
+
+// Null is allowed.
+void pages_free(void* block, std::size_t bytes);
+
+// Ends the engine because memory has run out.
+[[noreturn]] void out_of_memory();
+
 // Makes every failed allocation of the C++ library end the same way. Called once at start-up.
 void memory_install_handler();
 

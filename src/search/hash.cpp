@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <bit>
+#include <climits>
 
 #include "platform/memory.h"
 #include "search/types.h"
@@ -31,17 +32,29 @@ void store(std::uint64_t& word, std::uint64_t value) {
     std::atomic_ref(word).store(value, std::memory_order_relaxed);
 }
 
+// The draft with its high bit flipped and the bound behind it: the rank of a result among others.
+constexpr std::uint32_t kRankMask = 0x3FF;
+constexpr std::uint32_t kFlippedBit = 0x80;
+
 constexpr std::uint64_t pack(Move move, int depth, int bound, std::uint32_t date, Score value) {
-    return std::uint64_t{move} | std::uint64_t{static_cast<std::uint8_t>(depth)} << 16 |
-           static_cast<std::uint64_t>(bound & 3) << 24 | std::uint64_t{date & 15} << 28 |
+    const std::uint32_t draft = static_cast<std::uint8_t>(depth) ^ kFlippedBit;
+    const std::uint32_t rank = draft << 2 | static_cast<std::uint32_t>(bound & 3);
+    return std::uint64_t{move} | std::uint64_t{rank} << 16 | std::uint64_t{date & 15} << 28 |
            std::uint64_t{static_cast<std::uint16_t>(value)} << 32;
 }
 
 constexpr Move data_move(std::uint64_t data) { return static_cast<Move>(data); }
 
-constexpr int data_depth(std::uint64_t data) { return static_cast<int>(data >> 16 & 255); }
+constexpr int data_depth(std::uint64_t data) {
+    return static_cast<int>((data >> 18 & 255) ^ kFlippedBit);
+}
 
-constexpr int data_bound(std::uint64_t data) { return static_cast<int>(data >> 24 & 3); }
+constexpr int data_bound(std::uint64_t data) { return static_cast<int>(data >> 16 & 3); }
+
+// depth * 4 + bound
+constexpr int data_rank(std::uint64_t data) {
+    return static_cast<int>((data >> 16 & kRankMask) ^ kFlippedBit << 2);
+}
 
 constexpr std::uint32_t data_date(std::uint64_t data) {
     return static_cast<std::uint32_t>(data >> 28 & 15);
@@ -49,12 +62,19 @@ constexpr std::uint32_t data_date(std::uint64_t data) {
 
 constexpr Score data_value(std::uint64_t data) { return static_cast<std::int16_t>(data >> 32); }
 
-constexpr std::uint64_t kEmptyData = pack(kMoveNone, kHashEmptyDepth, kBoundNone, 0, 0);
+constexpr int kEmptyDepth = 128;
+static_assert(pack(kMoveNone, kEmptyDepth, kBoundNone, 0, 0) == 0);
 
 void set_ages(HashTable& table) {
     for (std::uint32_t date = 0; date < kHashDates; ++date) {
         table.age[date] = (table.date - date) % kHashDates;
     }
+}
+
+void forget_dates(HashTable& table) {
+    table.date = 0;
+    set_ages(table);
+    table.used = 0;
 }
 
 HashEntry* cluster_of(const HashTable& table, std::uint64_t key) {
@@ -82,8 +102,8 @@ void update(HashTable& table, HashEntry& entry, std::uint64_t old, std::uint64_t
 
 // The higher, the more readily the entry is given up.
 int replace_score(const HashTable& table, std::uint64_t data) {
-    const int age = static_cast<int>(table.age[data_date(data)]);
-    return (age * 256 - data_depth(data)) * 4 - data_bound(data);
+    constexpr int kRanksPerAge = kRankMask + 1;
+    return static_cast<int>(table.age[data_date(data)]) * kRanksPerAge - data_rank(data);
 }
 
 }  // namespace
@@ -100,22 +120,20 @@ void hash_alloc(HashTable& table, int megabytes) {
     const std::uint32_t slots = bytes / sizeof(HashEntry);
     table.slot_mask = slots - 1;
     table.entry_count = slots + kClusterSize - 1;
-    table.entries = static_cast<HashEntry*>(checked_malloc(table.entry_count * sizeof(HashEntry)));
-    hash_clear(table);
+    table.entries = static_cast<HashEntry*>(pages_alloc(table.entry_count * sizeof(HashEntry)));
+    forget_dates(table);
 }
 
 void hash_free(HashTable& table) {
-    memory_free(table.entries);
+    pages_free(table.entries, table.entry_count * sizeof(HashEntry));
     table.entries = nullptr;
     table.entry_count = 0;
     table.slot_mask = 0;
 }
 
 void hash_clear(HashTable& table) {
-    table.date = 0;
-    set_ages(table);
-    table.used = 0;
-    std::fill_n(table.entries, table.entry_count, HashEntry{0, kEmptyData});
+    forget_dates(table);
+    pages_clear(table.entries, table.entry_count * sizeof(HashEntry));
 }
 
 void hash_new_search(HashTable& table) {
@@ -139,27 +157,22 @@ bool hash_probe(const HashTable& table, std::uint64_t key, HashHit& hit) {
 void hash_store(HashTable& table, std::uint64_t key, Move move, int depth, int bound, Score value) {
     HashEntry* cluster = cluster_of(table, key);
     const std::uint64_t fresh = pack(move, depth, bound, table.date, value);
-    HashEntry* victim = cluster;
-    std::uint64_t victim_data = 0;
-    int victim_score = kNoScore;
+    // The place in the cluster makes the low bits of a score, so that of equals the first one goes.
+    int best = INT_MIN;
     for (int i = 0; i < kClusterSize; ++i) {
         const std::uint64_t data = load(cluster[i].data);
         if (load(cluster[i].key) == key) {
             update(table, cluster[i], data, fresh);
             return;
         }
-        const int score = replace_score(table, data);
-        if (score > victim_score) {
-            victim = cluster + i;
-            victim_data = data;
-            victim_score = score;
-        }
+        best = std::max(best, replace_score(table, data) * kClusterSize + kClusterSize - 1 - i);
     }
-    if (data_date(victim_data) != table.date) {
+    HashEntry& victim = cluster[kClusterSize - 1 - (best & (kClusterSize - 1))];
+    if (data_date(load(victim.data)) != table.date) {
         count_used(table);
     }
-    store(victim->key, key);
-    store(victim->data, fresh);
+    store(victim.key, key);
+    store(victim.data, fresh);
 }
 
 double hash_full(HashTable& table) {

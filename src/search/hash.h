@@ -6,7 +6,11 @@
 // hurt. What a reader may rely on is that each word is whole.
 //
 //   word 0  the full position key, 0 in an empty entry
-//   word 1  bits 0-15 move, 16-23 draft, 24-25 bound, 28-31 date of the search, 32-47 value
+//   word 1  bits 0-15 move, 16-17 bound, 18-25 draft with its high bit flipped, 28-31 date of the
+//           search, 32-47 value
+//
+// An empty entry has draft 128 and nothing else, so both of its words are 0 and fresh pages of
+// memory are an empty table.
 #pragma once
 
 #include <array>
@@ -23,7 +27,6 @@ struct HashEntry {
 static_assert(sizeof(HashEntry) == 16);
 
 constexpr int kHashDates = 16;
-constexpr int kHashEmptyDepth = 128;
 
 struct HashTable {
     HashEntry* entries;
@@ -64,6 +67,11 @@ void hash_new_search(HashTable& table);
 
 // Looks a position up; false when it is not there. Does not refresh the entry's date.
 [[nodiscard]] bool hash_probe(const HashTable& table, std::uint64_t key, HashHit& hit);
+
+// Tells the processor that the position will be looked up soon.
+inline void hash_prefetch(const HashTable& table, std::uint64_t key) noexcept {
+    __builtin_prefetch(table.entries + (key & table.slot_mask));
+}
 
 // Stores a result: draft in plies (its low 8 bits are kept), bound 1..3, value by value_to_hash
 // (its low 16 bits are kept). A deeper result of the same position keeps its value and takes only a
