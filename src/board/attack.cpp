@@ -25,14 +25,38 @@ void attack_add(Attack& attack, Square square, int inc) {
     attack.inc[index] = inc;
 }
 
-// Plays the move and looks whether the king of `king_color` is attacked then.
-bool king_is_attacked_after(Board& board, Move move, Color king_color) {
+// Plays the move and looks whether the king of `king_color` is attacked then. Kept out of the
+// callers, so that they need no room for it.
+[[gnu::noinline]] bool king_is_attacked_after(Board& board, Move move, Color king_color) {
     UndoInfo undo;
     move_do(board, move, undo);
     const bool attacked =
         is_attacked(board, board_king(board, king_color), color_opposite(king_color));
     move_undo(board, move, undo);
     return attacked;
+}
+
+// The king was safe before the last move, so only the man that moved or a slider behind the square
+// that it left can attack it now. Special moves and set-ups are not judged.
+bool last_move_may_check(const Board& board, Square king) {
+    const Move last = board.last_move;
+    if (last == kMoveNone || move_kind(last) != kKindNormal) {
+        return true;
+    }
+    if (last == kMoveNull) {
+        return false;
+    }
+    const Square from = move_from(last);
+    const Square to = move_to(last);
+    if ((board_piece(board, to) & delta_mask_of(to, king)) != 0 && line_is_empty(board, to, king)) {
+        return true;
+    }
+    const int step = delta_ray_of(king, from);
+    if (step == 0) {
+        return false;
+    }
+    const Piece piece = board_piece(board, first_occupied(board, king, step));
+    return (piece & color_bit(color_opposite(board.turn))) != 0 && (piece & ray_mask_of(step)) != 0;
 }
 
 bool has_legal_move(Board& board) {
@@ -87,6 +111,9 @@ void attack_set(Attack& attack, const Board& board) {
     const Color enemy = color_opposite(board.turn);
     const Square king = board_king(board, board.turn);
     attack.count = 0;
+    if (!last_move_may_check(board, king)) {
+        return;
+    }
     const Square behind = king - pawn_step_of(enemy);
     for (const Square square : {behind + 1, behind - 1}) {
         if (board_piece(board, square) == pawn_of(enemy)) {
@@ -120,7 +147,8 @@ bool move_is_check(Move move, Board& board) {
         line_is_empty(board, to, king)) {
         return true;
     }
-    return is_pinned(board, from, enemy) && delta_ray_of(to, king) != delta_ray_of(from, king);
+    const int step = delta_ray_of(from, king);
+    return step != 0 && delta_ray_of(to, king) != step && is_pinned(board, from, enemy);
 }
 
 bool en_passant_is_legal(Move move, Board& board) {
@@ -137,8 +165,8 @@ bool move_is_legal(Move move, Board& board) {
         return !is_attacked(board, to, color_opposite(board.turn));
     }
     const Square king = board_king(board, board.turn);
-    return !is_pinned(board, from, board.turn) ||
-           delta_ray_of(from, king) == delta_ray_of(to, king);
+    const int step = delta_ray_of(from, king);
+    return step == 0 || delta_ray_of(to, king) == step || !is_pinned(board, from, board.turn);
 }
 
 bool board_is_legal(const Board& board) {
@@ -157,7 +185,7 @@ bool board_is_mate(Board& board) {
 
 bool board_is_stalemate(Board& board) { return !board_is_check(board) && !has_legal_move(board); }
 
-bool board_is_repetition(Board& board) {
+bool position_is_repeated(Board& board) {
     constexpr int kFiftyMoves = 100;
     if (board.ply_nb > kFiftyMoves) {
         return true;

@@ -30,7 +30,7 @@ struct Attack {
 // whether moving it would uncover a check.
 [[nodiscard]] bool is_pinned(const Board& board, Square square, Color color);
 
-// Finds the checkers of the side to move.
+// Finds the checkers of the side to move, at once where the last move gave no check.
 void attack_set(Attack& attack, const Board& board);
 
 // Does this pseudo-legal move give check? Restores the board where it has to play the move.
@@ -50,8 +50,14 @@ void attack_set(Attack& attack, const Board& board);
 [[nodiscard]] bool board_is_mate(Board& board);
 [[nodiscard]] bool board_is_stalemate(Board& board);
 
+// board_is_repetition once enough half-moves without capture or pawn move have been played.
+[[nodiscard]] bool position_is_repeated(Board& board);
+
 // Draw by the fifty-move rule (a mate on the hundredth half-move stands) or because the position
 // has occurred before; one earlier occurrence is enough.
-[[nodiscard]] bool board_is_repetition(Board& board);
+[[nodiscard]] inline bool board_is_repetition(Board& board) {
+    constexpr int kShortestCycle = 4;
+    return board.ply_nb >= kShortestCycle && position_is_repeated(board);
+}
 
 }  // namespace zar

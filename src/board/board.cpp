@@ -175,6 +175,7 @@ void board_finish_setup(Board& board) {
     }
     board.cap_sq = kNoSquare;
     board.moved_piece = kEmpty;
+    board.last_move = 0;
     board_sum_psq(board);
     // The moves before the set-up are unknown: their slots hold a key that no position has.
     board.key_history.fill(0);

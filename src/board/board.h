@@ -38,6 +38,10 @@ struct Board {
     std::array<int, kPieceKindCount> kind_count;
     // Per colour and mailbox column: bit n set for a pawn on the colour's own rank n + 1.
     std::array<std::array<int, 16>, 2> pawn_file;
+    // Number of entries in `key_history`.
+    int sp;
+    // From here on what changes with every move; UndoInfo keeps it in the same order, so that it is
+    // saved and restored by a few wide copies.
     Color turn;
     int castle_flags;
     // Square that an en-passant capture would move to; 0 unless an enemy pawn stands beside the
@@ -45,8 +49,6 @@ struct Board {
     Square ep_square;
     // Half-moves since the last capture or pawn move.
     int ply_nb;
-    // Number of entries in `key_history`.
-    int sp;
     // To-square of the last move if it captured or promoted, else 0.
     Square cap_sq;
     // Piece code that made the last move; 0 after set-up and null moves.
@@ -54,6 +56,8 @@ struct Board {
     // Sums of the piece-square values of all men, White's view.
     int pst_opening;
     int pst_endgame;
+    // The last move, a legal one; 0 after set-up, and kMoveNull after a null move.
+    Move last_move;
     // Keys of the whole position, of the pawns alone and of the counts of men. See key.h.
     std::uint64_t key;
     std::uint64_t pawn_key;

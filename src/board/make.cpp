@@ -99,31 +99,33 @@ void square_put(Board& board, Square square, Piece piece, int index) {
 }
 
 // Moves a man to an empty square, without touching sums and keys.
-void square_shift(Board& board, Square from, Square to) {
-    const Piece piece = board_piece(board, from);
+void square_shift(Board& board, Square from, Square to, Piece piece) {
     const int index = board.list_index[index_of(from)];
-    assert(index >= 0 && board_piece(board, to) == kEmpty);
+    assert(index >= 0 && board_piece(board, from) == piece && board_piece(board, to) == kEmpty);
     board.square[index_of(from)] = kEmpty;
     board.list_index[index_of(from)] = -1;
     board.square[index_of(to)] = piece;
     board.list_index[index_of(to)] = index;
-    list_of(board, piece).square[index] = to;
+    const Color color = piece_color(piece);
     if (piece_is_pawn(piece)) {
-        toggle_pawn_file(board, from, piece_color(piece));
-        toggle_pawn_file(board, to, piece_color(piece));
+        board.pawn_list[index_of(color)][index_of(index)] = to;
+        toggle_pawn_file(board, from, color);
+        toggle_pawn_file(board, to, color);
+    } else {
+        board.piece_list[index_of(color)][index_of(index)] = to;
     }
 }
 
-void square_move(Board& board, Square from, Square to) {
-    const Piece piece = board_piece(board, from);
+void square_move(Board& board, Square from, Square to, Piece piece) {
+    square_shift(board, from, to, piece);
     const int kind = piece12_of(piece);
-    square_shift(board, from, to);
-    const PsqEntry old_psq = psq_of(kind, square64_of(from));
-    const PsqEntry new_psq = psq_of(kind, square64_of(to));
+    const Square64 from64 = square64_of(from);
+    const Square64 to64 = square64_of(to);
+    const PsqEntry old_psq = psq_of(kind, from64);
+    const PsqEntry new_psq = psq_of(kind, to64);
     board.pst_opening += new_psq.opening - old_psq.opening;
     board.pst_endgame += new_psq.endgame - old_psq.endgame;
-    const std::uint64_t term =
-        piece_key_of(kind, square64_of(from)) ^ piece_key_of(kind, square64_of(to));
+    const std::uint64_t term = piece_key_of(kind, from64) ^ piece_key_of(kind, to64);
     board.key ^= term;
     if (piece_is_pawn(piece)) {
         board.pawn_key ^= term;
@@ -180,7 +182,6 @@ RookMove castling_rook(Square king_to) {
 }
 
 void save(const Board& board, UndoInfo& undo) {
-    undo.captured = false;
     undo.turn = board.turn;
     undo.castle_flags = board.castle_flags;
     undo.ep_square = board.ep_square;
@@ -189,9 +190,11 @@ void save(const Board& board, UndoInfo& undo) {
     undo.moved_piece = board.moved_piece;
     undo.pst_opening = board.pst_opening;
     undo.pst_endgame = board.pst_endgame;
+    undo.last_move = board.last_move;
     undo.key = board.key;
     undo.pawn_key = board.pawn_key;
     undo.material_key = board.material_key;
+    undo.captured = false;
 }
 
 void push_key(Board& board) {
@@ -244,6 +247,7 @@ void move_do(Board& board, Move move, UndoInfo& undo) {
     const Piece piece = board_piece(board, from);
     assert(piece_is_ok(piece) && piece_color(piece) == board.turn);
     board.moved_piece = piece;
+    board.last_move = move;
     push_key(board);
     board.turn = color_opposite(board.turn);
     board.key ^= random64[kTurnKeyIndex];
@@ -264,11 +268,11 @@ void move_do(Board& board, Move move, UndoInfo& undo) {
     if (move_is_promotion(move)) {
         promote(board, move, piece, undo);
     } else {
-        square_move(board, from, to);
+        square_move(board, from, to, piece);
         if (move_kind(move) == kKindCastling) {
             const RookMove rook = castling_rook(to);
             if (rook.from != kNoSquare) {
-                square_move(board, rook.from, rook.to);
+                square_move(board, rook.from, rook.to, board_piece(board, rook.from));
             }
         }
     }
@@ -281,14 +285,14 @@ void move_undo(Board& board, Move move, const UndoInfo& undo) {
     if (move_kind(move) == kKindCastling) {
         const RookMove rook = castling_rook(to);
         if (rook.from != kNoSquare) {
-            square_shift(board, rook.to, rook.from);
+            square_shift(board, rook.to, rook.from, board_piece(board, rook.to));
         }
     }
     if (move_is_promotion(move)) {
         square_clear(board, to, board_piece(board, to), false);
         square_put(board, from, pawn_of(undo.turn), undo.pawn_index);
     } else {
-        square_shift(board, to, from);
+        square_shift(board, to, from, board.moved_piece);
     }
     if (undo.captured) {
         square_put(board, undo.cap_square, undo.cap_piece, undo.cap_index);
@@ -301,6 +305,7 @@ void move_undo(Board& board, Move move, const UndoInfo& undo) {
     board.moved_piece = undo.moved_piece;
     board.pst_opening = undo.pst_opening;
     board.pst_endgame = undo.pst_endgame;
+    board.last_move = undo.last_move;
     board.key = undo.key;
     board.pawn_key = undo.pawn_key;
     board.material_key = undo.material_key;
@@ -314,6 +319,7 @@ void move_do_null(Board& board, UndoInfo& undo) {
     undo.ply_nb = board.ply_nb;
     undo.cap_sq = board.cap_sq;
     undo.moved_piece = board.moved_piece;
+    undo.last_move = board.last_move;
     undo.key = board.key;
     push_key(board);
     board.turn = color_opposite(board.turn);
@@ -322,6 +328,7 @@ void move_do_null(Board& board, UndoInfo& undo) {
     board.ply_nb = 0;
     board.cap_sq = kNoSquare;
     board.moved_piece = kEmpty;
+    board.last_move = kMoveNull;
 }
 
 void move_undo_null(Board& board, const UndoInfo& undo) {
@@ -330,6 +337,7 @@ void move_undo_null(Board& board, const UndoInfo& undo) {
     board.ply_nb = undo.ply_nb;
     board.cap_sq = undo.cap_sq;
     board.moved_piece = undo.moved_piece;
+    board.last_move = undo.last_move;
     board.key = undo.key;
     board.sp -= 1;
 }

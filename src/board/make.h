@@ -11,11 +11,6 @@ namespace zar {
 // What unmaking needs and cannot derive. Filled by move_do; the null move fills only the fields
 // that it changes.
 struct UndoInfo {
-    bool captured;
-    Square cap_square;  // where the man stood that was taken
-    Piece cap_piece;
-    int cap_index;   // its place in its list when it was taken
-    int pawn_index;  // for a promotion, the pawn's place in its list
     Color turn;
     int castle_flags;
     Square ep_square;
@@ -24,9 +19,15 @@ struct UndoInfo {
     Piece moved_piece;
     int pst_opening;
     int pst_endgame;
+    Move last_move;
     std::uint64_t key;
     std::uint64_t pawn_key;
     std::uint64_t material_key;
+    bool captured;
+    Square cap_square;  // where the man stood that was taken
+    Piece cap_piece;
+    int cap_index;   // its place in its list when it was taken
+    int pawn_index;  // for a promotion, the pawn's place in its list
 };
 
 // Plays a pseudo-legal move. The key history must have a free entry.

@@ -12,34 +12,53 @@ namespace {
 // Which targets a generator wants.
 enum class Targets { all, captures, quiets };
 
-template <Targets kTargets>
-void gen_piece(MoveList& list, const Board& board, Square from, int enemy_bit) {
-    const Piece piece = board_piece(board, from);
-    const bool slides = piece_is_slider(piece);
-    for (const int step : piece_steps(piece)) {
+enum class Reach { step, slide };
+
+// All moves of one man, along each step by distance.
+template <Targets kTargets, Reach kReach, std::size_t kStepCount>
+void gen_piece(MoveList& list, const Board& board, Square from,
+               const std::array<int, kStepCount>& steps) {
+    const int enemy_bit = color_bit(color_opposite(board.turn));
+    for (const int step : steps) {
         Square to = from + step;
-        while (board_piece(board, to) == kEmpty) {
+        Piece target = board_piece(board, to);
+        while (target == kEmpty) {
             if constexpr (kTargets != Targets::captures) {
                 list_add(list, move_make(from, to));
             }
-            if (!slides) {
+            if constexpr (kReach == Reach::step) {
                 break;
             }
             to += step;
+            target = board_piece(board, to);
         }
         if constexpr (kTargets != Targets::quiets) {
-            if ((board_piece(board, to) & enemy_bit) != 0) {
+            if ((target & enemy_bit) != 0) {
                 list_add(list, move_make(from, to));
             }
         }
     }
 }
 
+// Walks the piece list by types, whose places follow from their counts.
 template <Targets kTargets>
 void gen_pieces(MoveList& list, const Board& board) {
-    const int enemy_bit = color_bit(color_opposite(board.turn));
-    for (const Square from : board_pieces(board, board.turn)) {
-        gen_piece<kTargets>(list, board, from, enemy_bit);
+    const int* man = board_pieces(board, board.turn).begin();
+    const auto end_of = [&](PieceType type) {
+        return man + board.kind_count[static_cast<std::size_t>(piece12_make(type, board.turn))];
+    };
+    gen_piece<kTargets, Reach::step>(list, board, *man++, king_steps);
+    for (const int* const end = end_of(kQueen); man != end; ++man) {
+        gen_piece<kTargets, Reach::slide>(list, board, *man, king_steps);
+    }
+    for (const int* const end = end_of(kRook); man != end; ++man) {
+        gen_piece<kTargets, Reach::slide>(list, board, *man, rook_steps);
+    }
+    for (const int* const end = end_of(kBishop); man != end; ++man) {
+        gen_piece<kTargets, Reach::slide>(list, board, *man, bishop_steps);
+    }
+    for (const int* const end = end_of(kKnight); man != end; ++man) {
+        gen_piece<kTargets, Reach::step>(list, board, *man, knight_steps);
     }
 }
 

@@ -9,8 +9,6 @@ namespace zar {
 
 namespace {
 
-constexpr int kMostMen = 4;
-
 bool is_beside(Square king, Square pawn) { return king == pawn - 1 || king == pawn + 1; }
 
 // On one of the two squares diagonally before or behind, where `step` leads.
@@ -86,10 +84,7 @@ bool bishops_share_shade(const Board& board) {
 
 }  // namespace
 
-bool is_recognised_draw(const Board& board, int thread) {
-    if (board.total_count > kMostMen) {
-        return false;
-    }
+bool few_men_are_drawn(const Board& board, int thread) {
     const MaterialRecord material = material_probe(board, thread);
     if ((material.ending_flags & kEndingMayBeDrawn) == 0) {
         return false;

@@ -40,7 +40,7 @@ struct Node {
     NodeType type;
     bool ext_flag;
     int thread;
-    Attack attack;  // the checkers of the side to move
+    Attack& attack;  // the checkers of the side to move
     bool in_check;
     bool hash_found;
     HashHit hash;
@@ -426,6 +426,7 @@ Score search(Board& board, Score alpha, Score beta, int depth, int ply, Line& pv
         return bound;
     }
     // The transposition table.
+    Attack attack;
     Node node{.board = board,
               .alpha = alpha,
               .beta = beta,
@@ -435,7 +436,7 @@ Score search(Board& board, Score alpha, Score beta, int depth, int ply, Line& pv
               .type = node_type,
               .ext_flag = ext_flag,
               .thread = thread,
-              .attack = {},
+              .attack = attack,
               .in_check = false,
               .hash_found = false,
               .hash = {},
