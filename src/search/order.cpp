@@ -25,6 +25,9 @@ constexpr int kQuietScore = -24000;
 constexpr int kFirstKillerScore = 4;
 constexpr int kSecondKillerScore = 2;
 
+// How many codes a move may have: the unit of a score above its move.
+constexpr std::int32_t kMoveCodes = 0x10000;
+
 // Most valuable victim first, then least valuable attacker.
 int capture_score(Move move, const Board& board) {
     const int attacker = piece_type_of(board_piece(board, move_from(move)));
@@ -68,74 +71,85 @@ int mixed_score(Move move, const Board& board, Move hash_move, const std::array<
     return quiet_score(move, board, self);
 }
 
-// Writes rule(move) beside every move and sorts the list.
+// Takes the list over as the moves of the stage, sorted by rule(move), highest first; moves of
+// equal score keep their order. Half a word for the score and half for the move make an insertion
+// one comparison and one store a place.
 template <typename Rule>
-void score_and_sort(MoveList& list, Rule rule) {
+void serve_sorted(Picker& picker, const MoveList& list, Rule rule) {
+    auto& scored = picker.scored;
+    picker.size = list.size;
     for (std::size_t i = 0; i < static_cast<std::size_t>(list.size); ++i) {
-        list.value[i] = static_cast<std::int16_t>(rule(list.move[i]));
+        const Move move = list.move[i];
+        const std::int32_t score = rule(move) * kMoveCodes;
+        std::size_t place = i;
+        while (place > 0 && scored[place - 1] < score) {
+            scored[place] = scored[place - 1];
+            --place;
+        }
+        scored[place] = score + move;
     }
-    list_sort(list);
+}
+
+void serve(Picker& picker, Move move) {
+    picker.scored[static_cast<std::size_t>(picker.size++)] = move;
 }
 
 void enter_killers(Picker& picker) {
-    picker.list.size = 0;
     for (const Move killer : picker.killers) {
         if (killer != kMoveNone && killer != picker.hash_move &&
             quiet_is_pseudo(killer, *picker.board)) {
-            list_add(picker.list, killer);
+            serve(picker, killer);
         }
     }
 }
 
-void enter_deferred(Picker& picker) {
-    picker.list.size = picker.deferred_size;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(picker.deferred_size); ++i) {
-        picker.list.move[i] = picker.deferred[i];
-    }
-}
-
-// Fills the list for the current stage.
+// Gathers the moves of the current stage.
 void enter_stage(Picker& picker, const SearchThread& self) {
     Board& board = *picker.board;
-    MoveList& list = picker.list;
+    MoveList list;
     const auto by_capture = [&](Move move) { return capture_score(move, board); };
     picker.next = 0;
-    list.size = 0;
+    picker.size = 0;
     switch (*picker.stage) {
         case Stage::hash_move:
             if (move_is_ok(picker.hash_move) && move_is_pseudo(picker.hash_move, board)) {
-                list_add(list, picker.hash_move);
+                serve(picker, picker.hash_move);
             }
             break;
         case Stage::captures:
         case Stage::q_captures:
             gen_captures(list, board);
-            score_and_sort(list, by_capture);
+            serve_sorted(picker, list, by_capture);
             break;
         case Stage::killers:
             enter_killers(picker);
             break;
         case Stage::quiets:
             gen_quiets(list, board);
-            score_and_sort(list, [&](Move move) { return quiet_score(move, board, self); });
+            serve_sorted(picker, list, [&](Move move) { return quiet_score(move, board, self); });
             break;
         case Stage::deferred:
-            enter_deferred(picker);
+            for (std::size_t i = 0; i < static_cast<std::size_t>(picker.deferred_size); ++i) {
+                serve(picker, picker.deferred[i]);
+            }
             break;
         case Stage::evasions:
             gen_evasions(list, board, *picker.attack);
-            score_and_sort(list, [&](Move move) {
+            serve_sorted(picker, list, [&](Move move) {
                 return mixed_score(move, board, picker.hash_move, picker.killers, self);
             });
             break;
         case Stage::q_evasions:
             gen_evasions_pseudo(list, board, *picker.attack);
-            score_and_sort(list, [&](Move move) {
+            serve_sorted(picker, list, [&](Move move) {
                 return move_is_tactical(move, board) ? capture_score(move, board) : kQuietScore;
             });
             break;
         case Stage::q_checks:
             gen_quiet_checks(list, board);
+            for (std::size_t i = 0; i < static_cast<std::size_t>(list.size); ++i) {
+                serve(picker, list.move[i]);
+            }
             break;
         case Stage::end:
             break;
@@ -157,10 +171,6 @@ bool stage_serves(Picker& picker, Move move) {
         case Stage::quiets:
             return move != picker.hash_move && move != picker.killers[0] &&
                    move != picker.killers[1];
-        case Stage::q_captures:
-            return capture_is_good(move, *picker.board);
-        case Stage::q_checks:
-            return see_at_least(move, *picker.board, 0);
         default:
             return true;
     }
@@ -193,15 +203,22 @@ void qpicker_init(Picker& picker, Board& board, const Attack& attack, bool inclu
     picker_start(picker, board, attack, stages, thread);
 }
 
+bool picker_advance(Picker& picker, int thread) {
+    if (*picker.stage == Stage::end) {
+        return false;
+    }
+    ++picker.stage;
+    enter_stage(picker, search_thread(thread));
+    return true;
+}
+
 Move next_move(Picker& picker, int thread) {
-    while (*picker.stage != Stage::end) {
-        while (picker.next < picker.list.size) {
-            const Move move = picker.list.move[static_cast<std::size_t>(picker.next++)];
-            if (!stage_serves(picker, move)) {
-                continue;
-            }
+    do {
+        while (picker.next < picker.size) {
+            const Move move = picker_take(picker);
             // Evasions of the main search are generated legal.
-            if (*picker.stage != Stage::evasions && !move_is_legal(move, *picker.board)) {
+            if (!stage_serves(picker, move) ||
+                (*picker.stage != Stage::evasions && !move_is_legal(move, *picker.board))) {
                 continue;
             }
             picker.history_ratio = *picker.stage == Stage::quiets
@@ -209,17 +226,29 @@ Move next_move(Picker& picker, int thread) {
                                        : kHistoryRatioOne;
             return move;
         }
-        ++picker.stage;
-        enter_stage(picker, search_thread(thread));
-    }
+    } while (picker_advance(picker, thread));
     return kMoveNone;
+}
+
+bool qpicker_serves(const Picker& picker, Move move) {
+    Board& board = *picker.board;
+    switch (*picker.stage) {
+        case Stage::q_captures:
+            return capture_is_good(move, board) && move_is_legal(move, board);
+        case Stage::q_checks:
+            return see_at_least(move, board, 0) && move_is_legal(move, board);
+        default:
+            return move_is_legal(move, board);
+    }
 }
 
 void order_root_moves(MoveList& list, const Board& board, Move hash_move, int thread) {
     constexpr std::array<Move, 2> no_killers = {kMoveNone, kMoveNone};
-    score_and_sort(list, [&](Move move) {
-        return mixed_score(move, board, hash_move, no_killers, search_thread(thread));
-    });
+    for (std::size_t i = 0; i < static_cast<std::size_t>(list.size); ++i) {
+        list.value[i] = static_cast<std::int16_t>(
+            mixed_score(list.move[i], board, hash_move, no_killers, search_thread(thread)));
+    }
+    list_sort(list);
 }
 
 }  // namespace zar

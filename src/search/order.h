@@ -28,8 +28,10 @@ struct Picker {
     Board* board;
     const Attack* attack;  // the checkers of the side to move
     const Stage* stage;    // current place in the sequence of stages
-    MoveList list;         // moves of the current stage
-    int next;              // index in `list` of the move to look at next
+    int size;              // moves of the current stage
+    int next;              // index of the move to look at next
+    // The moves, best first: the code in the low half of a word, its score in the high half.
+    std::array<std::int32_t, kMaxMoves> scored;
     Move hash_move;
     std::array<Move, 2> killers;
     int deferred_size;
@@ -43,16 +45,45 @@ struct Picker {
 void picker_init(Picker& picker, Board& board, const Attack& attack, int ply, Move hash_move,
                  int thread);
 
+// Fills the picker with the moves of the next stage; false when there is none.
+bool picker_advance(Picker& picker, int thread);
+
+// Takes the next move of the current stage, which must have one.
+inline Move picker_take(Picker& picker) noexcept {
+    return static_cast<Move>(picker.scored[static_cast<std::size_t>(picker.next++)]);
+}
+
 // The next legal move, or kMoveNone when all have been served; each move is served once.
 [[nodiscard]] Move next_move(Picker& picker, int thread);
 
 // How many evasions there are, for a picker that was started in check.
-[[nodiscard]] inline int picker_evasion_count(const Picker& picker) { return picker.list.size; }
+[[nodiscard]] inline int picker_evasion_count(const Picker& picker) { return picker.size; }
 
 // Starts the quiescence search's picker: all evasions in check, else captures, and quiet checks if
-// wanted. Serve it with next_move.
+// wanted. Serve it with next_qmove.
 void qpicker_init(Picker& picker, Board& board, const Attack& attack, bool include_checks,
                   int thread);
+
+// Is a move of the quiescence search's current stage legal, and one that loses nothing?
+[[nodiscard]] bool qpicker_serves(const Picker& picker, Move move);
+
+// As next_move, for the quiescence search. Captures for which skip(move) holds are passed over
+// before anything costly is asked about them.
+template <typename Skip>
+[[nodiscard]] Move next_qmove(Picker& picker, Skip skip, int thread) {
+    do {
+        while (picker.next < picker.size) {
+            const Move move = picker_take(picker);
+            if (*picker.stage == Stage::q_captures && skip(move)) {
+                continue;
+            }
+            if (qpicker_serves(picker, move)) {
+                return move;
+            }
+        }
+    } while (picker_advance(picker, thread));
+    return kMoveNone;
+}
 
 // Orders legal root moves before the first iteration, as evasions are ordered, without killers.
 void order_root_moves(MoveList& list, const Board& board, Move hash_move, int thread);

@@ -27,7 +27,7 @@ struct QNode {
     int ply;
     Line& pv;
     int thread;
-    Attack attack;
+    Attack& attack;
     Score best;
     Move best_move;
     Score delta_base;  // stand-pat score plus margin; not looked at in check
@@ -105,13 +105,21 @@ bool delta_applies(const QNode& node, Move move) {
     return !move_is_check(move, board);
 }
 
+Score optimistic_value(const QNode& node, Move move) {
+    return node.delta_base + piece_value_of(move_captured(move, node.board));
+}
+
+// Would delta_prunes skip this capture and learn nothing from it? Asked before the costly tests of
+// exchange and legality: many captures need neither.
+bool is_pointless(const QNode& node, Move move) {
+    const Score optimistic = optimistic_value(node, move);
+    return optimistic <= node.alpha && optimistic <= node.best && delta_applies(node, move);
+}
+
 // Skips a capture that cannot reach alpha, keeping its optimistic value as a bound.
 bool delta_prunes(QNode& node, Move move) {
-    if (!delta_applies(node, move)) {
-        return false;
-    }
-    const Score optimistic = node.delta_base + piece_value_of(move_captured(move, node.board));
-    if (optimistic > node.alpha) {
+    const Score optimistic = optimistic_value(node, move);
+    if (optimistic > node.alpha || !delta_applies(node, move)) {
         return false;
     }
     if (optimistic > node.best) {
@@ -139,7 +147,8 @@ Score search_moves(QNode& node) {
     Picker picker;
     qpicker_init(picker, node.board, node.attack, include_checks, node.thread);
     Line child_pv;
-    while (const Move move = next_move(picker, node.thread)) {
+    const auto skip = [&node](Move move) { return is_pointless(node, move); };
+    while (const Move move = next_qmove(picker, skip, node.thread)) {
         if (delta_prunes(node, move)) {
             continue;
         }
@@ -197,6 +206,7 @@ bool mate_distance_cuts(Board& board, Score& alpha, Score& beta, int ply, Score&
 
 Score qsearch(Board& board, Score alpha, Score beta, int qdepth, int ply, Line& pv_out,
               int thread) {
+    Attack attack;
     QNode node{.board = board,
                .alpha = alpha,
                .beta = beta,
@@ -205,7 +215,7 @@ Score qsearch(Board& board, Score alpha, Score beta, int qdepth, int ply, Line& 
                .ply = ply,
                .pv = pv_out,
                .thread = thread,
-               .attack = {},
+               .attack = attack,
                .best = kNoScore,
                .best_move = kMoveNone,
                .delta_base = 0};
