@@ -99,7 +99,7 @@ void square_put(Board& board, Square square, Piece piece, int index) {
 }
 
 // Moves a man to an empty square, without touching sums and keys.
-void square_shift(Board& board, Square from, Square to, Piece piece) {
+[[gnu::always_inline]] inline void square_shift(Board& board, Square from, Square to, Piece piece) {
     const int index = board.list_index[index_of(from)];
     assert(index >= 0 && board_piece(board, from) == piece && board_piece(board, to) == kEmpty);
     board.square[index_of(from)] = kEmpty;
@@ -116,7 +116,7 @@ void square_shift(Board& board, Square from, Square to, Piece piece) {
     }
 }
 
-void square_move(Board& board, Square from, Square to, Piece piece) {
+[[gnu::always_inline]] inline void square_move(Board& board, Square from, Square to, Piece piece) {
     square_shift(board, from, to, piece);
     const int kind = piece12_of(piece);
     const Square64 from64 = square64_of(from);
@@ -144,7 +144,7 @@ int promotion_index(const Board& board, Piece piece) {
     return index;
 }
 
-void promote(Board& board, Move move, Piece pawn, UndoInfo& undo) {
+[[gnu::noinline]] void promote(Board& board, Move move, Piece pawn, UndoInfo& undo) {
     const Square from = move_from(move);
     const Square to = move_to(move);
     undo.pawn_index = board.list_index[index_of(from)];
@@ -178,6 +178,21 @@ RookMove castling_rook(Square king_to) {
             return {kA8, kD8};
         default:
             return {kNoSquare, kNoSquare};
+    }
+}
+
+// The rook's part of castling, forward and back.
+[[gnu::noinline]] void castle(Board& board, Square king_to) {
+    const RookMove rook = castling_rook(king_to);
+    if (rook.from != kNoSquare) {
+        square_move(board, rook.from, rook.to, board_piece(board, rook.from));
+    }
+}
+
+[[gnu::noinline]] void uncastle(Board& board, Square king_to) {
+    const RookMove rook = castling_rook(king_to);
+    if (rook.from != kNoSquare) {
+        square_shift(board, rook.to, rook.from, board_piece(board, rook.to));
     }
 }
 
@@ -270,10 +285,7 @@ void move_do(Board& board, Move move, UndoInfo& undo) {
     } else {
         square_move(board, from, to, piece);
         if (move_kind(move) == kKindCastling) {
-            const RookMove rook = castling_rook(to);
-            if (rook.from != kNoSquare) {
-                square_move(board, rook.from, rook.to, board_piece(board, rook.from));
-            }
+            castle(board, to);
         }
     }
     assert(board_consistent(board));
@@ -283,10 +295,7 @@ void move_undo(Board& board, Move move, const UndoInfo& undo) {
     const Square from = move_from(move);
     const Square to = move_to(move);
     if (move_kind(move) == kKindCastling) {
-        const RookMove rook = castling_rook(to);
-        if (rook.from != kNoSquare) {
-            square_shift(board, rook.to, rook.from, board_piece(board, rook.to));
-        }
+        uncastle(board, to);
     }
     if (move_is_promotion(move)) {
         square_clear(board, to, board_piece(board, to), false);
