@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "board/movegen_parts.h"
 
@@ -14,30 +15,36 @@ enum class Targets { all, captures, quiets };
 
 enum class Reach { step, slide };
 
-// All moves of one man, along each step by distance.
-template <Targets kTargets, Reach kReach, std::size_t kStepCount>
-void gen_piece(MoveList& list, const Board& board, Square from,
-               const std::array<int, kStepCount>& steps) {
-    const int enemy_bit = color_bit(color_opposite(board.turn));
-    for (const int step : steps) {
-        Square to = from + step;
-        Piece target = board_piece(board, to);
-        while (target == kEmpty) {
-            if constexpr (kTargets != Targets::captures) {
-                list_add(list, move_make(from, to));
-            }
-            if constexpr (kReach == Reach::step) {
-                break;
-            }
-            to += step;
-            target = board_piece(board, to);
+template <Targets kTargets, Reach kReach>
+void gen_ray(MoveList& list, const Board& board, Square from, int step, int enemy_bit) {
+    Square to = from + step;
+    Piece target = board_piece(board, to);
+    while (target == kEmpty) {
+        if constexpr (kTargets != Targets::captures) {
+            list_add(list, move_make(from, to));
         }
-        if constexpr (kTargets != Targets::quiets) {
-            if ((target & enemy_bit) != 0) {
-                list_add(list, move_make(from, to));
-            }
+        if constexpr (kReach == Reach::step) {
+            return;
+        }
+        to += step;
+        target = board_piece(board, to);
+    }
+    if constexpr (kTargets != Targets::quiets) {
+        if ((target & enemy_bit) != 0) {
+            list_add(list, move_make(from, to));
         }
     }
+}
+
+// All moves of one man, along each step by distance. The steps are spelt out one by one, so that
+// each is a constant of its own loop.
+template <Targets kTargets, Reach kReach, const auto& kSteps>
+void gen_piece(MoveList& list, const Board& board, Square from) {
+    const int enemy_bit = color_bit(color_opposite(board.turn));
+    [&]<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
+        (gen_ray<kTargets, kReach>(list, board, from, kSteps[kIndex], enemy_bit), ...);
+    }
+    (std::make_index_sequence<kSteps.size()>{});
 }
 
 // Walks the piece list by types, whose places follow from their counts.
@@ -47,18 +54,18 @@ void gen_pieces(MoveList& list, const Board& board) {
     const auto end_of = [&](PieceType type) {
         return man + board.kind_count[static_cast<std::size_t>(piece12_make(type, board.turn))];
     };
-    gen_piece<kTargets, Reach::step>(list, board, *man++, king_steps);
+    gen_piece<kTargets, Reach::step, king_steps>(list, board, *man++);
     for (const int* const end = end_of(kQueen); man != end; ++man) {
-        gen_piece<kTargets, Reach::slide>(list, board, *man, king_steps);
+        gen_piece<kTargets, Reach::slide, king_steps>(list, board, *man);
     }
     for (const int* const end = end_of(kRook); man != end; ++man) {
-        gen_piece<kTargets, Reach::slide>(list, board, *man, rook_steps);
+        gen_piece<kTargets, Reach::slide, rook_steps>(list, board, *man);
     }
     for (const int* const end = end_of(kBishop); man != end; ++man) {
-        gen_piece<kTargets, Reach::slide>(list, board, *man, bishop_steps);
+        gen_piece<kTargets, Reach::slide, bishop_steps>(list, board, *man);
     }
     for (const int* const end = end_of(kKnight); man != end; ++man) {
-        gen_piece<kTargets, Reach::step>(list, board, *man, knight_steps);
+        gen_piece<kTargets, Reach::step, knight_steps>(list, board, *man);
     }
 }
 

@@ -86,6 +86,42 @@ void gen_discovered_checks(MoveList& list, const Board& board, Square from, Squa
     }
 }
 
+void gen_direct_checks(MoveList& list, const Board& board, Square from, Square king) {
+    const Piece piece = board_piece(board, from);
+    for_each_quiet_target(board, from, [&](Square to) {
+        if ((piece & delta_mask_of(to, king)) != 0 && line_is_empty(board, to, king)) {
+            list_add(list, move_make(from, to));
+        }
+    });
+}
+
+// A rook off the king's lines checks it from the two squares where its lines cross the king's, and
+// nowhere else: two looks instead of one at every square it reaches.
+void gen_rook_checks(MoveList& list, const Board& board, Square from, Square king) {
+    const int row = square_row(from);
+    const int column = square_column(from);
+    const int king_row = square_row(king);
+    const int king_column = square_column(king);
+    if (row == king_row || column == king_column) {
+        return;
+    }
+    const auto add = [&](Square to) {
+        if (board_piece(board, to) == kEmpty && line_is_empty(board, from, to) &&
+            line_is_empty(board, to, king)) {
+            list_add(list, move_make(from, to));
+        }
+    };
+    // In the order of the steps: down, sideways, up.
+    const Square on_own_column = square_make(king_row, column);
+    if (king_row < row) {
+        add(on_own_column);
+    }
+    add(square_make(row, king_column));
+    if (king_row > row) {
+        add(on_own_column);
+    }
+}
+
 void gen_castling_checks(MoveList& list, Board& board) {
     MoveList castlings;
     castlings.size = 0;
@@ -110,12 +146,14 @@ void gen_quiet_checks(MoveList& list, Board& board) {
         if (is_candidate(candidates, from)) {
             continue;
         }
-        const Piece piece = board_piece(board, from);
-        for_each_quiet_target(board, from, [&](Square to) {
-            if ((piece & delta_mask_of(to, king)) != 0 && line_is_empty(board, to, king)) {
-                list_add(list, move_make(from, to));
-            }
-        });
+        const int type = piece_type_of(board_piece(board, from));
+        if (type == kRook) {
+            gen_rook_checks(list, board, from, king);
+        } else if (type == kQueen || square_shade(from) == square_shade(king)) {
+            // A bishop attacks squares of its own shade only, and a knight checks a king of its
+            // shade by moving to the other one: half of them need no closer look.
+            gen_direct_checks(list, board, from, king);
+        }
     }
     for (const Square from : board_pawns(board, board.turn)) {
         if (is_candidate(candidates, from)) {
