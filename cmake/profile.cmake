@@ -1,0 +1,13 @@
+# Profile-guided optimisation in two builds: "train" counts what the bench executes, "use" optimises
+# for these counts. tools/build_pgo.sh does both.
+set(profile_dir "${PROJECT_SOURCE_DIR}/build/profile")
+if(ZAR_PROFILE STREQUAL "train")
+    add_compile_options(-fprofile-generate -fprofile-update=single
+                        "-fprofile-dir=${profile_dir}" "-fprofile-prefix-path=${PROJECT_BINARY_DIR}")
+    add_link_options(-fprofile-generate)
+elseif(ZAR_PROFILE STREQUAL "use")
+    add_compile_options("-fprofile-use=${profile_dir}" -fprofile-correction
+                        "-fprofile-prefix-path=${PROJECT_BINARY_DIR}" -Wno-missing-profile)
+elseif(ZAR_PROFILE)
+    message(FATAL_ERROR "ZAR_PROFILE is neither \"train\" nor \"use\" nor empty: ${ZAR_PROFILE}")
+endif()
