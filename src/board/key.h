@@ -7,6 +7,7 @@
 
 #include "board/board.h"
 #include "board/key_table.h"
+#include "board/move.h"
 
 namespace zar {
 
@@ -38,6 +39,20 @@ constexpr std::size_t kTurnKeyIndex = 780;
 // The side term for White, 0 for Black.
 [[nodiscard]] inline std::uint64_t turn_key_of(Color color) noexcept {
     return color == kWhite ? random64[kTurnKeyIndex] : 0;
+}
+
+// The key after a move that changes no rights, sets no en-passant square and promotes no pawn; for
+// any other a wrong one. Good enough to fetch memory ahead of the move.
+[[nodiscard]] inline std::uint64_t key_after(const Board& board, Move move) noexcept {
+    const int mover = piece12_of(board_piece(board, move_from(move)));
+    const Piece target = board_piece(board, move_to(move));
+    std::uint64_t key = board.key ^ random64[kTurnKeyIndex] ^
+                        piece_key_of(mover, move_from64(move)) ^
+                        piece_key_of(mover, move_to64(move));
+    if (target != kEmpty) {
+        key ^= piece_key_of(piece12_of(target), move_to64(move));
+    }
+    return key;
 }
 
 }  // namespace zar

@@ -14,7 +14,6 @@ HashTable hash_table{};
 
 namespace {
 
-constexpr int kClusterSize = 4;
 constexpr int kLeastMegabytes = 16;
 constexpr int kMostMegabytes = 1024;
 constexpr int kFallbackMegabytes = 128;
@@ -119,7 +118,7 @@ void hash_alloc(HashTable& table, int megabytes) {
     const auto bytes = std::bit_floor(static_cast<std::uint32_t>(wanted) << 20);
     const std::uint32_t slots = bytes / sizeof(HashEntry);
     table.slot_mask = slots - 1;
-    table.entry_count = slots + kClusterSize - 1;
+    table.entry_count = slots + kHashClusterSize - 1;
     table.entries = static_cast<HashEntry*>(pages_alloc(table.entry_count * sizeof(HashEntry)));
     forget_dates(table);
 }
@@ -144,7 +143,7 @@ void hash_new_search(HashTable& table) {
 
 bool hash_probe(const HashTable& table, std::uint64_t key, HashHit& hit) {
     const HashEntry* cluster = cluster_of(table, key);
-    for (int i = 0; i < kClusterSize; ++i) {
+    for (int i = 0; i < kHashClusterSize; ++i) {
         if (load(cluster[i].key) == key) {
             const std::uint64_t data = load(cluster[i].data);
             hit = {data_move(data), data_depth(data), data_bound(data), data_value(data)};
@@ -159,15 +158,16 @@ void hash_store(HashTable& table, std::uint64_t key, Move move, int depth, int b
     const std::uint64_t fresh = pack(move, depth, bound, table.date, value);
     // The place in the cluster makes the low bits of a score, so that of equals the first one goes.
     int best = INT_MIN;
-    for (int i = 0; i < kClusterSize; ++i) {
+    for (int i = 0; i < kHashClusterSize; ++i) {
         const std::uint64_t data = load(cluster[i].data);
         if (load(cluster[i].key) == key) {
             update(table, cluster[i], data, fresh);
             return;
         }
-        best = std::max(best, replace_score(table, data) * kClusterSize + kClusterSize - 1 - i);
+        best = std::max(best,
+                        replace_score(table, data) * kHashClusterSize + kHashClusterSize - 1 - i);
     }
-    HashEntry& victim = cluster[kClusterSize - 1 - (best & (kClusterSize - 1))];
+    HashEntry& victim = cluster[kHashClusterSize - 1 - (best & (kHashClusterSize - 1))];
     if (data_date(load(victim.data)) != table.date) {
         count_used(table);
     }

@@ -68,9 +68,14 @@ void hash_new_search(HashTable& table);
 // Looks a position up; false when it is not there. Does not refresh the entry's date.
 [[nodiscard]] bool hash_probe(const HashTable& table, std::uint64_t key, HashHit& hit);
 
-// Tells the processor that the position will be looked up soon.
+constexpr int kHashClusterSize = 4;
+
+// Tells the processor that the position will be looked up soon. A cluster may begin at any slot and
+// so lie in two cache lines.
 inline void hash_prefetch(const HashTable& table, std::uint64_t key) noexcept {
-    __builtin_prefetch(table.entries + (key & table.slot_mask));
+    const HashEntry* const cluster = table.entries + (key & table.slot_mask);
+    __builtin_prefetch(cluster);
+    __builtin_prefetch(cluster + kHashClusterSize - 1);
 }
 
 // Stores a result: draft in plies (its low 8 bits are kept), bound 1..3, value by value_to_hash

@@ -5,6 +5,7 @@
 
 #include "board/attack.h"
 #include "board/exchange.h"
+#include "board/key.h"
 #include "board/make.h"
 #include "eval/draws.h"
 #include "eval/eval.h"
@@ -191,6 +192,7 @@ std::optional<Score> verify_null_move(Node& node) {
 
 // A side that may pass and still stands well enough will do so with a real move, too.
 std::optional<Score> try_null_move(Node& node) {
+    hash_prefetch(hash_table, node.board.key ^ random64[kTurnKeyIndex]);
     if (!null_move_is_tried(node)) {
         return std::nullopt;
     }
@@ -268,10 +270,14 @@ bool move_is_extended(const Node& node, const Picker& picker, Move move, bool& e
 
 // Has the move failed too often elsewhere to be worth a look here?
 bool history_prunes(const Node& node, const MoveLoop& loop, Move move) {
+    if (node.type == kPvNode || node.in_check || node.depth > kHistoryPruningDepth ||
+        loop.searched_count <= node.depth) {
+        return false;
+    }
     const int threshold = 2 * search_parameters.history_threshold / (node.depth + (node.depth & 1));
-    return node.type != kPvNode && !node.in_check && node.depth <= kHistoryPruningDepth &&
-           loop.searched_count > node.depth && loop.picker.history_ratio < threshold &&
-           !move_makes_passed_pawn(move, node.board);
+    const int ratio =
+        loop.picker.served_quiet ? history_ratio(move, node.board, node.thread) : kHistoryRatioOne;
+    return ratio < threshold && !move_makes_passed_pawn(move, node.board);
 }
 
 Score futility_value(const Node& node, const MoveLoop& loop) {
@@ -367,6 +373,7 @@ Score search_moves(Node& node) {
     loop.alpha = node.alpha;
     picker_init(loop.picker, node.board, node.attack, node.ply, node.hash_move, node.thread);
     while (const Move move = next_move(loop.picker, node.thread)) {
+        hash_prefetch(hash_table, key_after(node.board, move));
         bool ext = false;
         const bool extended = move_is_extended(node, loop.picker, move, ext);
         int reduction = 0;

@@ -1,6 +1,8 @@
 #include "search/order.h"
 
 #include "board/exchange.h"
+#include "board/key.h"
+#include "search/hash.h"
 #include "search/history.h"
 #include "search/types.h"
 
@@ -205,8 +207,17 @@ void picker_start(Picker& picker, Board& board, const Attack& attack, const Stag
     picker.attack = &attack;
     picker.stage = stages;
     picker.deferred_size = 0;
-    picker.history_ratio = kHistoryRatioOne;
+    picker.served_quiet = false;
     enter_stage(picker, search_thread(thread));
+}
+
+// Has the table entry of the move after the one being served fetched: while that one is searched
+// there is time for it, where after the move is made there would not be.
+void prefetch_following(const Picker& picker) {
+    if (picker.next < picker.size) {
+        const std::int32_t following = picker.scored[static_cast<std::size_t>(picker.next)];
+        hash_prefetch(hash_table, key_after(*picker.board, static_cast<Move>(following)));
+    }
 }
 
 }  // namespace
@@ -244,9 +255,8 @@ Move next_move(Picker& picker, int thread) {
                 (*picker.stage != Stage::evasions && !move_is_legal(move, *picker.board))) {
                 continue;
             }
-            picker.history_ratio = *picker.stage == Stage::quiets
-                                       ? history_ratio(move, *picker.board, thread)
-                                       : kHistoryRatioOne;
+            picker.served_quiet = *picker.stage == Stage::quiets;
+            prefetch_following(picker);
             return move;
         }
     } while (picker_advance(picker, thread));

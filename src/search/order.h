@@ -36,8 +36,8 @@ struct Picker {
     std::array<Move, 2> killers;
     int deferred_size;
     std::array<Move, kMaxMoves> deferred;
-    // Of the move returned last; kHistoryRatioOne for all but quiet moves out of check.
-    int history_ratio;
+    // The move returned last comes from the quiet moves out of check.
+    bool served_quiet;
 };
 
 // Starts the main search's picker. The checkers must outlive the picker; the hash move may be any

@@ -42,14 +42,14 @@ void set_killers(int ply, Killers killers) {
 
 struct Served {
     Moves moves;
-    std::vector<int> ratios;
+    std::vector<bool> from_quiets;
 };
 
 Served serve(Picker& picker) {
     Served served;
     while (const Move move = next_move(picker, 0)) {
         served.moves.push_back(move);
-        served.ratios.push_back(picker.history_ratio);
+        served.from_quiets.push_back(picker.served_quiet);
     }
     EXPECT_EQ(next_move(picker, 0), kMoveNone);
     return served;
@@ -69,7 +69,13 @@ Moves serve_quiescence(Board& board, bool include_checks) {
     attack_set(attack, board);
     Picker picker;
     qpicker_init(picker, board, attack, include_checks, 0);
-    return serve(picker).moves;
+    const auto skip_none = [](Move) { return false; };
+    Moves moves;
+    while (const Move move = next_qmove(picker, skip_none, 0)) {
+        moves.push_back(move);
+    }
+    EXPECT_EQ(next_qmove(picker, skip_none, 0), kMoveNone);
+    return moves;
 }
 
 std::string texts_of(const Moves& moves) {
@@ -331,23 +337,46 @@ TEST_F(Order, QuietMovesComeByCreditAndThenAsGenerated) {
     EXPECT_EQ(served, "h1g3 e1e2 h1f2 e1d1 e1f1 e1d2 e1f2");
 }
 
-TEST_F(Order, OnlyQuietMovesOutOfCheckHaveTheirOwnHistoryRatio) {
+TEST_F(Order, QuiescencePassesOverTheCapturesItIsToldToSkipButNoChecks) {
+    // White takes b5 or d5; Qe2 and others are quiet checks.
+    Board board = board_of("4k3/8/8/1p1p4/2P5/8/3Q4/4K3 w - - 0 1");
+    Attack attack;
+    attack_set(attack, board);
+    Picker picker;
+    qpicker_init(picker, board, attack, true, 0);
+    const Move skipped = move_of("c4b5", board);
+    Moves served;
+    while (const Move move = next_qmove(
+               picker, [=](Move asked) { return asked == skipped; }, 0)) {
+        served.push_back(move);
+    }
+    EXPECT_FALSE(contains(served, skipped));
+    EXPECT_TRUE(contains(served, move_of("c4d5", board)));
+    EXPECT_TRUE(contains(served, move_of("d2e2", board)));
+    qpicker_init(picker, board, attack, true, 0);
+    served.clear();
+    while (const Move move = next_qmove(
+               picker, [](Move) { return true; }, 0)) {
+        served.push_back(move);
+    }
+    EXPECT_FALSE(contains(served, move_of("c4d5", board)));
+    EXPECT_TRUE(contains(served, move_of("d2e2", board)));
+}
+
+TEST_F(Order, OnlyQuietMovesOutOfCheckAreServedAsQuiet) {
     constexpr const char* fen = "1r2k3/1p6/1Q6/3n4/4P1p1/8/4B3/4K3 w - - 0 1";
     Board board = board_of(fen);
-    auto& self = search_thread(0);
-    self.history_success.fill(1);
-    self.history_tried.fill(4);
     const Move hash_move = move_of("b6a5", board);
     const Killers killers = {move_of("e1f2", board), kMoveNone};
     const Served served = serve_main(board, hash_move, killers);
     for (std::size_t i = 0; i < served.moves.size(); ++i) {
         const Move move = served.moves[i];
         const bool quiet = !is_tactical(move, board) && move != hash_move && move != killers[0];
-        EXPECT_EQ(served.ratios[i], quiet ? 4096 : 16384) << fen << " " << text_of(move);
+        EXPECT_EQ(served.from_quiets[i], quiet) << fen << " " << text_of(move);
     }
     board = board_of("4k3/8/8/8/8/8/4r3/4K3 w - - 0 1");
-    for (const int ratio : serve_main(board, kMoveNone, {}).ratios) {
-        EXPECT_EQ(ratio, 16384);
+    for (const bool quiet : serve_main(board, kMoveNone, {}).from_quiets) {
+        EXPECT_FALSE(quiet);
     }
 }
 
