@@ -71,6 +71,10 @@ class Process:
         return self
 
     def __exit__(self, *_):
+        self.close()
+
+    def close(self):
+        """Kills the program if it still runs, and gives back what it used."""
         if self._child.poll() is None:
             self._child.kill()
         self._child.wait()
@@ -86,6 +90,11 @@ class Process:
     @property
     def pid(self):
         return self._child.pid
+
+    @property
+    def exit_status(self):
+        """As of subprocess: minus the signal's number for a killed program, None while it runs."""
+        return self._child.poll()
 
     def _collect_lines(self):
         pending = b""
@@ -263,13 +272,24 @@ class Twin(Process):
     def play(self, move):
         self._must(f"play {move}")
 
-    def moves(self):
-        """The legal moves, sorted."""
-        return self.ask("moves").split()
+    def moves(self, behind=()):
+        """The legal moves, sorted; behind these legal moves if given."""
+        return self.ask(" ".join(["moves", *behind])).split()
 
     def status(self):
         """ongoing, mate, stalemate, fifty, repetition or material."""
         return self.ask("status")
+
+    def illegal_variation(self, lines):
+        """The first illegal one of the variations, lists of moves from the position; None if there
+        is none. All are sent at once, which is far quicker than one by one.
+        """
+        self.send(*("line " + " ".join(line) for line in lines))
+        answers = [self.read_line() for _ in lines]
+        for line, answer in zip(lines, answers):
+            if answer != "ok":
+                return f"{answer} in {' '.join(line)}"
+        return None
 
     def first_illegal(self, fen, moves):
         """The first of the moves that is not legal when they are played from a FEN, or None."""

@@ -16,6 +16,24 @@ WON_ENDINGS = [
 ]
 
 
+class TwinAnswers(unittest.TestCase):
+    """What the other tests, and the soak test, rely on."""
+
+    def test_the_first_illegal_variation_is_found(self):
+        with Twin() as twin:
+            legal = [["e2e4", "e7e5", "e1e2"], [], ["g1f3"]]
+            self.assertIsNone(twin.illegal_variation(legal))
+            answer = twin.illegal_variation([*legal, ["e2e4", "e7e5", "e1e3"], ["e2e5"]])
+            self.assertEqual("illegal e1e3 in e2e4 e7e5 e1e3", answer)
+            self.assertEqual(20, len(twin.moves()), "the game has not moved on")
+
+    def test_moves_behind_a_variation(self):
+        with Twin() as twin:
+            self.assertEqual([], twin.moves(["f2f3", "e7e5", "g2g4", "d8h4"]))
+            self.assertEqual(29, len(twin.moves(["e2e4", "e7e5"])))
+            self.assertEqual(20, len(twin.moves()), "the game has not moved on")
+
+
 class Games(unittest.TestCase):
     def play(self, engines, twin, fen, parameters):
         """Plays from a FEN (None: the start position), the engines in turn. Moves and result."""
