@@ -43,7 +43,7 @@ template <typename Record, std::size_t kEntryCount>
 void cache_clear(RecordCache<Record, kEntryCount>& cache) {
     for (Record* const table : cache.table) {
         if (table != nullptr) {
-            pages_clear(table, kEntryCount * sizeof(Record));
+            memory_clear(table, kEntryCount * sizeof(Record));
         }
     }
 }
@@ -51,7 +51,7 @@ void cache_clear(RecordCache<Record, kEntryCount>& cache) {
 template <typename Record, std::size_t kEntryCount>
 void cache_free(RecordCache<Record, kEntryCount>& cache) {
     for (Record*& table : cache.table) {
-        pages_free(table, kEntryCount * sizeof(Record));
+        memory_free(table, kEntryCount * sizeof(Record));
         table = nullptr;
     }
 }
@@ -62,7 +62,7 @@ void cache_allocate(RecordCache<Record, kEntryCount>& cache, int thread_count) {
     assert(thread_count >= 1 && thread_count <= kMaxEvalThreads);
     cache_free(cache);
     for (std::size_t thread = 0; thread < static_cast<std::size_t>(thread_count); ++thread) {
-        cache.table[thread] = static_cast<Record*>(pages_alloc(kEntryCount * sizeof(Record)));
+        cache.table[thread] = static_cast<Record*>(checked_malloc(kEntryCount * sizeof(Record)));
     }
 }
 

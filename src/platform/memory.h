@@ -5,23 +5,16 @@
 
 namespace zar {
 
-// Uninitialised memory for `bytes` bytes, aligned for any type and, from a cache line's size on, to
-// a cache line; to be released with memory_free. Failure ends the engine with "X-Error 7EU1MA1".
+// Zeroed memory in pages of its own, huge ones where the system has them: fresh pages are zero and
+// need no writing, however large the block is. It begins at a cache line. To be released with
+// memory_free and the same number of bytes. Failure ends the engine with "X-Error 7EU1MA1".
 [[nodiscard]] void* checked_malloc(std::size_t bytes);
 
-// Null is allowed.
-void memory_free(void* block);
-
-// Zeroed memory in pages of its own, huge ones where the system has them: fresh pages are zero and
-// need no writing, however large the block is. To be released with pages_free and the same number
-// of bytes. Failure ends the engine with "X-Error 7EU1MA1".
-[[nodiscard]] void* pages_alloc(std::size_t bytes);
-
-// Makes a block of pages_alloc zero again, without writing where the system takes pages back.
-void pages_clear(void* block, std::size_t bytes);
+// Makes a block zero again, without writing where the system takes pages back.
+void memory_clear(void* block, std::size_t bytes);
 
 // Null is allowed.
-void pages_free(void* block, std::size_t bytes);
+void memory_free(void* block, std::size_t bytes);
 
 // Ends the engine because memory has run out.
 [[noreturn]] void out_of_memory();

@@ -36,7 +36,7 @@ void unmap(char* start, std::size_t bytes) {
 
 }  // namespace
 
-void* pages_alloc(std::size_t bytes) {
+void* checked_malloc(std::size_t bytes) {
     const std::size_t room = whole_pages(bytes) + kHugePage;
     void* const block =
         mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -54,7 +54,7 @@ void* pages_alloc(std::size_t bytes) {
     return start;
 }
 
-void pages_clear(void* block, std::size_t bytes) {
+void memory_clear(void* block, std::size_t bytes) {
 #ifdef __linux__
     // Linux gives private pages back as zeroes; other systems may keep their contents.
     if (madvise(block, bytes, MADV_DONTNEED) == 0) {
@@ -64,7 +64,7 @@ void pages_clear(void* block, std::size_t bytes) {
     std::memset(block, 0, bytes);
 }
 
-void pages_free(void* block, std::size_t bytes) {
+void memory_free(void* block, std::size_t bytes) {
     if (block != nullptr) {
         munmap(block, whole_pages(bytes));
     }

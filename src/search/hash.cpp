@@ -119,12 +119,12 @@ void hash_alloc(HashTable& table, int megabytes) {
     const std::uint32_t slots = bytes / sizeof(HashEntry);
     table.slot_mask = slots - 1;
     table.entry_count = slots + kHashClusterSize - 1;
-    table.entries = static_cast<HashEntry*>(pages_alloc(table.entry_count * sizeof(HashEntry)));
+    table.entries = static_cast<HashEntry*>(checked_malloc(table.entry_count * sizeof(HashEntry)));
     forget_dates(table);
 }
 
 void hash_free(HashTable& table) {
-    pages_free(table.entries, table.entry_count * sizeof(HashEntry));
+    memory_free(table.entries, table.entry_count * sizeof(HashEntry));
     table.entries = nullptr;
     table.entry_count = 0;
     table.slot_mask = 0;
@@ -132,7 +132,7 @@ void hash_free(HashTable& table) {
 
 void hash_clear(HashTable& table) {
     forget_dates(table);
-    pages_clear(table.entries, table.entry_count * sizeof(HashEntry));
+    memory_clear(table.entries, table.entry_count * sizeof(HashEntry));
 }
 
 void hash_new_search(HashTable& table) {

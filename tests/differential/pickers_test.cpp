@@ -54,10 +54,10 @@ std::string text_of_all(const Moves& moves) {
 // A legal position has fewer moves than this; a picker that goes round in circles has more.
 constexpr std::size_t kMostServed = 1000;
 
-Moves serve(Picker& picker) {
+template <typename Next>
+Moves serve(Next next) {
     Moves served;
-    for (Move move = next_move(picker, 0); move != kMoveNone && served.size() < kMostServed;
-         move = next_move(picker, 0)) {
+    for (Move move = next(); move != kMoveNone && served.size() < kMostServed; move = next()) {
         served.push_back(move);
     }
     return sorted(served);
@@ -69,7 +69,7 @@ Moves serve_main(Board& board, Move hash_move, const Killers& killers) {
     search_thread(0).killers[kPly] = killers;
     Picker picker;
     picker_init(picker, board, attack, kPly, hash_move, 0);
-    return serve(picker);
+    return serve([&picker] { return next_move(picker, 0); });
 }
 
 Moves serve_quiescence(Board& board, bool include_checks) {
@@ -77,7 +77,8 @@ Moves serve_quiescence(Board& board, bool include_checks) {
     attack_set(attack, board);
     Picker picker;
     qpicker_init(picker, board, attack, include_checks, 0);
-    return serve(picker);
+    const auto skip_none = [](Move) { return false; };
+    return serve([&] { return next_qmove(picker, skip_none, 0); });
 }
 
 // Where codes for hash move and killers are drawn from.

@@ -1,7 +1,9 @@
 #include "platform/memory.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <limits>
 #include <new>
 #include <string>
@@ -22,26 +24,41 @@ using TextMatcher = ::testing::Matcher<const std::string&>;
 
 constexpr std::size_t kCacheLine = 64;
 
-TEST(Memory, BlocksAreAlignedToACacheLineAndWritable) {
-    for (const std::size_t bytes : {1U, 63U, 64U, 65U, 1000U, 1U << 20}) {
-        void* block = checked_malloc(bytes);
+TEST(Memory, BlocksAreZeroAlignedToACacheLineAndWritable) {
+    for (const std::size_t bytes :
+         std::initializer_list<std::size_t>{1, 63, 4096, 4097, 1U << 20, (16U << 20) + 48}) {
+        auto* const block = static_cast<unsigned char*>(checked_malloc(bytes));
         ASSERT_NE(block, nullptr);
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % kCacheLine, 0U) << bytes;
+        EXPECT_TRUE(std::all_of(block, block + bytes, [](int byte) { return byte == 0; })) << bytes;
         std::memset(block, 0xA5, bytes);
-        EXPECT_EQ(static_cast<unsigned char*>(block)[bytes - 1], 0xA5) << bytes;
-        memory_free(block);
+        EXPECT_EQ(block[bytes - 1], 0xA5) << bytes;
+        memory_free(block, bytes);
+    }
+}
+
+TEST(Memory, ClearingMakesABlockZeroAgain) {
+    for (const std::size_t bytes : std::initializer_list<std::size_t>{64, 5000, (3U << 20) + 16}) {
+        auto* const block = static_cast<unsigned char*>(checked_malloc(bytes));
+        std::memset(block, 0xA5, bytes);
+        memory_clear(block, bytes);
+        EXPECT_TRUE(std::all_of(block, block + bytes, [](int byte) { return byte == 0; })) << bytes;
+        block[bytes - 1] = 1;
+        EXPECT_EQ(block[bytes - 1], 1) << bytes;
+        memory_free(block, bytes);
     }
 }
 
 TEST(Memory, ReleasingNothingIsAllowed) {
-    memory_free(nullptr);
+    memory_free(nullptr, 0);
     SUCCEED();
 }
 
 TEST(MemoryDeathTest, FailureEndsTheEngine) {
     constexpr std::size_t kTooMuch = std::numeric_limits<std::size_t>::max() / 4;
     // A sanitizer's allocator writes a warning of its own before.
-    EXPECT_EXIT(memory_free(checked_malloc(kTooMuch)), ExitedWithCode(1), "X-Error 7EU1MA1\n$");
+    EXPECT_EXIT(memory_free(checked_malloc(kTooMuch), kTooMuch), ExitedWithCode(1),
+                "X-Error 7EU1MA1\n$");
 }
 
 TEST(MemoryDeathTest, FailureOfTheLibrarysAllocationEndsTheEngineToo) {

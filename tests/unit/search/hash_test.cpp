@@ -50,8 +50,8 @@ class Hash : public ::testing::Test {
 
 // The data word as the header describes it.
 std::uint64_t data_word(Move move, int depth, int bound, std::uint32_t date, Score value) {
-    return std::uint64_t{move} | static_cast<std::uint64_t>(depth) << 16 |
-           static_cast<std::uint64_t>(bound) << 24 | std::uint64_t{date} << 28 |
+    return std::uint64_t{move} | static_cast<std::uint64_t>(bound) << 16 |
+           static_cast<std::uint64_t>(depth ^ 128) << 18 | std::uint64_t{date} << 28 |
            std::uint64_t{static_cast<std::uint16_t>(value)} << 32;
 }
 

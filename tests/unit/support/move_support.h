@@ -139,6 +139,7 @@ inline std::string difference(const Board& a, const Board& b) {
     if (a.sp != b.sp) return "sp";
     if (a.cap_sq != b.cap_sq) return "cap_sq";
     if (a.moved_piece != b.moved_piece) return "moved_piece";
+    if (a.last_move != b.last_move) return "last_move";
     if (a.pst_opening != b.pst_opening) return "pst_opening";
     if (a.pst_endgame != b.pst_endgame) return "pst_endgame";
     if (a.key != b.key) return "key";
