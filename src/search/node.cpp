@@ -373,7 +373,6 @@ Score search_moves(Node& node) {
     loop.alpha = node.alpha;
     picker_init(loop.picker, node.board, node.attack, node.ply, node.hash_move, node.thread);
     while (const Move move = next_move(loop.picker, node.thread)) {
-        hash_prefetch(hash_table, key_after(node.board, move));
         bool ext = false;
         const bool extended = move_is_extended(node, loop.picker, move, ext);
         int reduction = 0;
