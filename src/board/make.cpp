@@ -338,6 +338,7 @@ void move_do_null(Board& board, UndoInfo& undo) {
     board.cap_sq = kNoSquare;
     board.moved_piece = kEmpty;
     board.last_move = kMoveNull;
+    assert(board_consistent(board));
 }
 
 void move_undo_null(Board& board, const UndoInfo& undo) {
@@ -349,6 +350,7 @@ void move_undo_null(Board& board, const UndoInfo& undo) {
     board.last_move = undo.last_move;
     board.key = undo.key;
     board.sp -= 1;
+    assert(board_consistent(board));
 }
 
 }  // namespace zar
