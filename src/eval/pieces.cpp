@@ -3,33 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdlib>
-#include <span>
+#include <cstdint>
 
 #include "board/geometry.h"
 #include "board/piece.h"
-#include "eval/rank_mask.h"
 #include "eval/weights.h"
 
 namespace zar {
 
 namespace {
-
-// By the number of squares that the piece reaches, in units of mobility.
-constexpr std::array<int, 9> kKnightMobility = {-16, -12, -8, -4, 0, 4, 8, 12, 16};
-
-// A bishop that reaches more than eight squares gets no bonus: such boards are open to both sides.
-constexpr std::array<int, 16> kBishopMobility = {-20, -15, -10, -5, 0, 5, 10, 15,
-                                                 20,  0,   0,   0,  0, 0, 0,  0};
-
-consteval std::array<ScorePair, 16> make_rook_mobility() {
-    std::array<ScorePair, 16> table{};
-    for (int count = 0; count < 15; ++count) {
-        table[static_cast<std::size_t>(count)] = {2 * count - 14, 4 * count - 28};
-    }
-    return table;
-}
-constexpr std::array<ScorePair, 16> kRookMobility = make_rook_mobility();
 
 // Bonus of a knight for each pawn that defends it, as its own side sees the board: a1 comes first.
 // clang-format off
@@ -45,32 +27,46 @@ constexpr std::array<int, 64> kKnightOutpost = {
 };
 // clang-format on
 
-constexpr int kQueenNearKing = 10;
+// What a queen gains near the enemy king, by the difference of their squares.
+consteval std::array<std::int8_t, kDeltaCount> make_queen_near_king() {
+    std::array<std::int8_t, kDeltaCount> table{};
+    for (int row = -7; row <= 7; ++row) {
+        for (int column = -7; column <= 7; ++column) {
+            const int delta = row * kRowStep + column;
+            const int steps = (row < 0 ? -row : row) + (column < 0 ? -column : column);
+            table[static_cast<std::size_t>(delta + kDeltaBias)] =
+                static_cast<std::int8_t>(10 - steps);
+        }
+    }
+    return table;
+}
+constexpr std::array<std::int8_t, kDeltaCount> kQueenNearKing = make_queen_near_king();
 
 // By the number of pieces in the enemy's half; more than six count like six.
 constexpr std::array<int, 7> kKingAttackScale = {0, 2, 5, 8, 12, 15, 20};
 
-// Pieces in the enemy's half, and the sum of their weights.
-struct KingAttack {
-    int count = 0;
-    int weight = 0;
-};
+// More than all weights of attackers together.
+constexpr unsigned kAttacker = 256;
 
-// What the terms of every piece of one colour need to know.
-struct PieceContext {
+// Far from every row and column of the board.
+constexpr int kNoLine = -2;
+
+// The pieces of one colour as far as they have been scored, and what their terms need to know.
+template <Color kUs>
+struct PieceSum {
     const Board& board;
     Square enemy_king;
-    bool press_king;
-    bool seventh_counts;  // a rook or queen on the seventh rank has something to attack or shut in
-    KingAttack attack;
+    // Rooks press the king on this column and the two beside it; kNoLine if it needs no shelter.
+    int king_column;
+    // Where a rook or queen has something to attack or shut in: the seventh rank or kNoLine.
+    int target_row;
+    ScorePair score;
+    // Pieces in the enemy's half, times kAttacker, and the sum of their weights.
+    unsigned attack;
+
+    [[nodiscard]] Piece at(Square square) const { return board_piece(board, square); }
+    void add(int value) { score += {value, value}; }
 };
-
-template <std::size_t kSize, typename Entry>
-Entry entry_at(const std::array<Entry, kSize>& table, int index) {
-    return table[static_cast<std::size_t>(std::clamp(index, 0, static_cast<int>(kSize) - 1))];
-}
-
-ScorePair both(int value) { return {value, value}; }
 
 template <Color kUs>
 constexpr Piece kOwnPawn = pawn_of(kUs);
@@ -79,145 +75,137 @@ template <Color kUs>
 constexpr Piece kEnemyPawn = pawn_of(color_opposite(kUs));
 
 template <Color kUs>
-bool enemy_pawn_attacks(const Board& board, Square square) {
+bool enemy_pawn_attacks(const PieceSum<kUs>& sum, Square square) {
     const Square ahead = square + pawn_step_of(kUs);
-    return board_piece(board, ahead - 1) == kEnemyPawn<kUs> ||
-           board_piece(board, ahead + 1) == kEnemyPawn<kUs>;
+    return sum.at(ahead - 1) == kEnemyPawn<kUs> || sum.at(ahead + 1) == kEnemyPawn<kUs>;
 }
 
 template <Color kUs>
-int own_pawns_defending(const Board& board, Square square) {
+int own_pawns_defending(const PieceSum<kUs>& sum, Square square) {
     const Square behind = square - pawn_step_of(kUs);
-    return (board_piece(board, behind - 1) == kOwnPawn<kUs> ? 1 : 0) +
-           (board_piece(board, behind + 1) == kOwnPawn<kUs> ? 1 : 0);
+    return (sum.at(behind - 1) == kOwnPawn<kUs> ? 1 : 0) +
+           (sum.at(behind + 1) == kOwnPawn<kUs> ? 1 : 0);
 }
 
-// Empty squares along the steps, up to the first man or edge.
-int reached_squares(const Board& board, Square from, std::span<const int> steps) {
-    int count = 0;
-    for (const int step : steps) {
-        for (Square to = from + step; board_piece(board, to) == kEmpty; to += step) {
-            ++count;
-        }
-    }
-    return count;
+// The first square along the step that is not empty.
+template <int kStep, Color kUs>
+Square end_of_ray(const PieceSum<kUs>& sum, Square from) {
+    auto to = static_cast<std::size_t>(from);
+    do {
+        to += static_cast<std::size_t>(kStep);
+    } while (sum.board.square[to] == kEmpty);
+    return static_cast<Square>(to);
+}
+
+// Empty squares on both sides of the square, up to the first man or edge: the ends of the line say
+// how many there are, so that the walk itself counts nothing.
+template <int kStep, Color kUs>
+int reached_on_line(const PieceSum<kUs>& sum, Square from) {
+    const Square ahead = end_of_ray<kStep>(sum, from);
+    const Square behind = end_of_ray<-kStep>(sum, from);
+    const int steps = kStep == 1 ? ahead - behind : square_row(ahead) - square_row(behind);
+    return steps - 2;
 }
 
 template <Color kUs>
-void count_attacker(PieceContext& context, Square square, int weight) {
-    if (relative_rank(square, kUs) >= 5) {
-        context.attack.count += 1;
-        context.attack.weight += weight;
+void count_attacker(PieceSum<kUs>& sum, Square square, unsigned weight) {
+    if (kUs == kWhite ? square >= kA5 : square <= kH4) {
+        sum.attack += kAttacker + weight;
     }
 }
 
 template <Color kUs>
-ScorePair knight_score(PieceContext& context, Square square) {
-    const Board& board = context.board;
-    count_attacker<kUs>(context, square, 1);
+void add_knight(PieceSum<kUs>& sum, Square square) {
+    count_attacker(sum, square, 1);
     int reached = 0;
     for (const int step : knight_steps) {
         const Square to = square + step;
-        if (board_piece(board, to) == kEmpty && !enemy_pawn_attacks<kUs>(board, to)) {
+        if (sum.at(to) == kEmpty && !enemy_pawn_attacks(sum, to)) {
             ++reached;
         }
     }
-    ScorePair score = both(entry_at(kKnightMobility, reached * eval_weights.mobility.unit));
+    sum.add(eval_weights.mobility.knight[static_cast<std::size_t>(reached)]);
     const Square seen = kUs == kWhite ? square : square_flip_rows(square);
     const int outpost = kKnightOutpost[static_cast<std::size_t>(square64_of(seen))];
-    if (outpost != 0 && !enemy_pawn_attacks<kUs>(board, square)) {
-        score.opening += outpost * own_pawns_defending<kUs>(board, square);
+    if (outpost != 0 && !enemy_pawn_attacks(sum, square)) {
+        sum.score.opening += outpost * own_pawns_defending(sum, square);
     }
-    return score;
 }
 
 template <Color kUs>
-ScorePair bishop_score(PieceContext& context, Square square) {
-    const Board& board = context.board;
-    count_attacker<kUs>(context, square, 1);
+void add_bishop(PieceSum<kUs>& sum, Square square) {
+    count_attacker(sum, square, 1);
     const Square ahead = square + pawn_step_of(kUs);
-    const bool shut_in = board_piece(board, ahead - 1) == kEnemyPawn<kUs> &&
-                         board_piece(board, ahead + 1) == kEnemyPawn<kUs>;
-    const int reached = reached_squares(board, square, bishop_steps) * eval_weights.mobility.unit;
-    return both(entry_at(kBishopMobility, reached + (shut_in ? 0 : 1)));
-}
-
-// Every rook pays half of the open file's bonus, so that only a file without own pawns gains.
-template <Color kUs>
-ScorePair rook_file_score(const Board& board, int column) {
-    const MobilityWeights& weights = eval_weights.mobility;
-    ScorePair score{-(weights.rook_open.opening / 2), -(weights.rook_open.endgame / 2)};
-    const auto file = static_cast<std::size_t>(column);
-    if (board.pawn_file[kUs][file] == 0) {
-        score += weights.rook_half_open;
-        if (board.pawn_file[color_opposite(kUs)][file] == 0) {
-            score += weights.rook_open - weights.rook_half_open;
-        }
-    }
-    return score;
+    const bool shut_in =
+        sum.at(ahead - 1) == kEnemyPawn<kUs> && sum.at(ahead + 1) == kEnemyPawn<kUs>;
+    const auto& mobility =
+        shut_in ? eval_weights.mobility.shut_in_bishop : eval_weights.mobility.bishop;
+    const int reached = reached_on_line<17>(sum, square) + reached_on_line<15>(sum, square);
+    sum.add(mobility[static_cast<std::size_t>(reached)]);
 }
 
 template <Color kUs>
-ScorePair rook_score(PieceContext& context, Square square) {
+void add_rook(PieceSum<kUs>& sum, Square square) {
     const MobilityWeights& weights = eval_weights.mobility;
-    count_attacker<kUs>(context, square, 2);
-    const int reached = reached_squares(context.board, square, rook_steps) * weights.unit;
+    count_attacker(sum, square, 2);
+    const int reached = reached_on_line<kRowStep>(sum, square) + reached_on_line<1>(sum, square);
+    sum.score += weights.rook[static_cast<std::size_t>(reached)];
     const int column = square_column(square);
-    ScorePair score =
-        entry_at(kRookMobility, reached) + rook_file_score<kUs>(context.board, column);
-    const int distance = std::abs(column - square_column(context.enemy_king));
-    if (context.press_king && distance <= 1) {
-        score.opening += distance == 0 ? weights.rook_on_king_file : weights.rook_near_king;
+    const auto file = static_cast<std::size_t>(column);
+    if (sum.board.pawn_file[kUs][file] == 0) {
+        sum.score += sum.board.pawn_file[color_opposite(kUs)][file] == 0 ? weights.rook_open
+                                                                         : weights.rook_half_open;
     }
-    if (context.seventh_counts && relative_rank(square, kUs) == 7) {
-        score += weights.rook_seventh;
+    const int distance = column - sum.king_column;
+    if (distance >= -1 && distance <= 1) {
+        sum.score.opening += distance == 0 ? weights.rook_on_king_file : weights.rook_near_king;
     }
-    return score;
+    if (square_row(square) == sum.target_row) {
+        sum.score += weights.rook_seventh;
+    }
 }
 
 template <Color kUs>
-ScorePair queen_score(PieceContext& context, Square square) {
-    count_attacker<kUs>(context, square, 4);
-    const Square king = context.enemy_king;
-    ScorePair score = both(kQueenNearKing - std::abs(square_row(square) - square_row(king)) -
-                           std::abs(square_column(square) - square_column(king)));
-    if (context.seventh_counts && relative_rank(square, kUs) == 7) {
-        score += eval_weights.mobility.queen_seventh;
-    }
-    return score;
-}
-
-template <Color kUs>
-ScorePair piece_score(PieceContext& context, Square square) {
-    switch (piece_type_of(board_piece(context.board, square))) {
-        case kKnight:
-            return knight_score<kUs>(context, square);
-        case kBishop:
-            return bishop_score<kUs>(context, square);
-        case kRook:
-            return rook_score<kUs>(context, square);
-        default:
-            return queen_score<kUs>(context, square);
+void add_queen(PieceSum<kUs>& sum, Square square) {
+    count_attacker(sum, square, 4);
+    sum.add(kQueenNearKing[static_cast<std::size_t>(square - sum.enemy_king + kDeltaBias)]);
+    if (square_row(square) == sum.target_row) {
+        sum.score += eval_weights.mobility.queen_seventh;
     }
 }
 
 template <Color kUs>
 ScorePair evaluate_side(const Board& board, const PawnRecord& pawns, bool press_king) {
     constexpr Color kThem = color_opposite(kUs);
+    constexpr int kSeventhRow = kUs == kWhite ? kLastLine - 1 : kFirstLine + 1;
+    constexpr int kEnemyHomeRow = kUs == kWhite ? kLastLine : kFirstLine;
     const Square enemy_king = board_king(board, kThem);
-    PieceContext context{
+    const bool has_target =
+        pawns.second_rank[kThem] != 0 || square_row(enemy_king) == kEnemyHomeRow;
+    PieceSum<kUs> sum{
         .board = board,
         .enemy_king = enemy_king,
-        .press_king = press_king,
-        .seventh_counts = pawns.second_rank[kThem] != 0 || relative_rank(enemy_king, kThem) == 1,
-        .attack = {},
+        .king_column = press_king ? square_column(enemy_king) : kNoLine,
+        .target_row = has_target ? kSeventhRow : kNoLine,
+        .score = {},
+        .attack = 0,
     };
-    ScorePair score;
-    for (const Square square : board_officers(board, kUs)) {
-        score += piece_score<kUs>(context, square);
-    }
-    score.opening += context.attack.weight * entry_at(kKingAttackScale, context.attack.count);
-    return score;
+    // The list holds the men type by type, so no man need be looked at for its type.
+    const int* man = board_officers(board, kUs).begin();
+    const auto add_all = [&](PieceType type, auto add_one) {
+        int count = board.kind_count[static_cast<std::size_t>(piece12_make(type, kUs))];
+        for (; count > 0; --count) {
+            add_one(sum, *man++);
+        }
+    };
+    add_all(kQueen, add_queen<kUs>);
+    add_all(kRook, add_rook<kUs>);
+    add_all(kBishop, add_bishop<kUs>);
+    add_all(kKnight, add_knight<kUs>);
+    const std::size_t attackers =
+        std::min<std::size_t>(sum.attack / kAttacker, kKingAttackScale.size() - 1);
+    sum.score.opening += static_cast<int>(sum.attack % kAttacker) * kKingAttackScale[attackers];
+    return sum.score;
 }
 
 }  // namespace

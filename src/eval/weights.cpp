@@ -1,5 +1,9 @@
 #include "eval/weights.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
 #include "frontend/option.h"
 
 namespace zar {
@@ -19,6 +23,43 @@ constexpr int kFirstFullMaterialLevel = 5;
 
 // The level times a factor that is no whole number, truncated toward zero.
 int level_times(double factor, int level) { return static_cast<int>(factor * level); }
+
+// By units of mobility; counts beyond a table take the nearest entry.
+constexpr std::array<int, 9> kKnightMobility = {-16, -12, -8, -4, 0, 4, 8, 12, 16};
+
+// A bishop that reaches more than eight squares gets no bonus: such boards are open to both sides.
+constexpr std::array<int, 16> kBishopMobility = {-20, -15, -10, -5, 0, 5, 10, 15,
+                                                 20,  0,   0,   0,  0, 0, 0,  0};
+
+consteval std::array<ScorePair, 16> make_rook_mobility() {
+    std::array<ScorePair, 16> table{};
+    for (int count = 0; count < 15; ++count) {
+        table[static_cast<std::size_t>(count)] = {2 * count - 14, 4 * count - 28};
+    }
+    return table;
+}
+constexpr std::array<ScorePair, 16> kRookMobility = make_rook_mobility();
+
+template <std::size_t kSize, typename Entry>
+Entry entry_at(const std::array<Entry, kSize>& table, int index) {
+    return table[static_cast<std::size_t>(std::clamp(index, 0, static_cast<int>(kSize) - 1))];
+}
+
+// After all other weights of the group.
+void fill_mobility(MobilityWeights& mobility) {
+    const auto fill = [unit = mobility.unit](auto& table, auto entry) {
+        for (std::size_t reached = 0; reached < table.size(); ++reached) {
+            table[reached] = entry(static_cast<int>(reached) * unit);
+        }
+    };
+    fill(mobility.knight, [](int units) { return entry_at(kKnightMobility, units); });
+    // A bishop counts one square more unless two pawns shut it in.
+    fill(mobility.bishop, [](int units) { return entry_at(kBishopMobility, units + 1); });
+    fill(mobility.shut_in_bishop, [](int units) { return entry_at(kBishopMobility, units); });
+    // Every rook pays half of the open file's bonus, so that only a file without own pawns gains.
+    const ScorePair price{mobility.rook_open.opening / 2, mobility.rook_open.endgame / 2};
+    fill(mobility.rook, [price](int units) { return entry_at(kRookMobility, units) - price; });
+}
 
 int positional_scale(int scale, int level) { return level < kFirstPositionalLevel ? 0 : scale; }
 
@@ -75,6 +116,7 @@ void weights_apply_pieces(int level) {
     mobility.rook_on_king_file = level_times(0.2, level);
     mobility.rook_seventh = {level_times(0.2, level), level_times(0.4, level)};
     mobility.queen_seventh = {level_times(0.1, level), level_times(0.2, level)};
+    fill_mobility(mobility);
     mobility.scale = positional_scale(kMobilityScale, level);
 
     LazyExits& lazy = eval_weights.lazy;

@@ -5,6 +5,8 @@
 // their own.
 #pragma once
 
+#include <array>
+
 #include "eval/score.h"
 
 namespace zar {
@@ -59,7 +61,13 @@ struct KingWeights {
 
 struct MobilityWeights {
     int unit;  // per reachable empty square
-    ScorePair rook_open;
+    // By the number of those squares, what they are worth. Knights and bishops gain the same in
+    // both phases; a rook's table includes what its file costs it, see weights.cpp.
+    std::array<int, 9> knight;
+    std::array<int, 14> bishop;
+    std::array<int, 14> shut_in_bishop;
+    std::array<ScorePair, 15> rook;
+    ScorePair rook_open;  // both gained on files without own pawns
     ScorePair rook_half_open;
     int rook_near_king;     // within one file of the enemy king, opening
     int rook_on_king_file;  // in all, opening

@@ -1,8 +1,15 @@
 #include "eval/pieces.h"
 
+#include <cstddef>
+#include <cstdlib>
+#include <fstream>
 #include <string>
 #include <vector>
 
+#include "board/geometry.h"
+#include "board/piece.h"
+#include "eval/rank_mask.h"
+#include "eval/weights.h"
 #include "gtest/gtest.h"
 #include "support/eval_support.h"
 
@@ -230,6 +237,75 @@ TEST_F(Pieces, AttackersWeighByTheirKind) {
         {"knight and rook: 3 x 5", "w Ka1 ka8 Ne5 Rh6", {16 + 15 + 15, 16 + 29}},
         {"knight at home and rook: 2 x 2", "w Ka1 ka8 Ne4 Rh6", {16 + 15 + 4, 16 + 29}},
     });
+}
+
+// The same scores by plain means: every square of the board is looked at and every step counted.
+// Outposts and king attack are left out: they count in the opening only.
+int plain_endgame_score(const Board& board, Color color, const PawnRecord& pawns) {
+    const MobilityWeights& weights = eval_weights.mobility;
+    const Color enemy = color_opposite(color);
+    const Square king = board_king(board, enemy);
+    const bool has_target =
+        pawns.second_rank[static_cast<std::size_t>(enemy)] != 0 || relative_rank(king, enemy) == 1;
+    const auto enemy_pawns_beside = [&](Square square) {
+        return (board_piece(board, square - 1) == pawn_of(enemy) ? 1 : 0) +
+               (board_piece(board, square + 1) == pawn_of(enemy) ? 1 : 0);
+    };
+    const int forward = pawn_step_of(color);
+    int score = 0;
+    for (Square64 index = 0; index < 64; ++index) {
+        const Square square = square_of_64(index);
+        const Piece piece = board_piece(board, square);
+        const int type = piece_type_of(piece);
+        if (piece == kEmpty || piece_color(piece) != color || type == kPawn || type == kKing) {
+            continue;
+        }
+        std::size_t reached = 0;
+        for (const int step : piece_steps(piece)) {
+            for (Square to = square + step; board_piece(board, to) == kEmpty; to += step) {
+                if (type != kKnight || enemy_pawns_beside(to + forward) == 0) {
+                    ++reached;
+                }
+                if (type == kKnight) {
+                    break;
+                }
+            }
+        }
+        const bool hits_target = has_target && relative_rank(square, color) == 7;
+        const auto column = static_cast<std::size_t>(square_column(square));
+        if (type == kKnight) {
+            score += weights.knight[reached];
+        } else if (type == kBishop) {
+            const bool shut_in = enemy_pawns_beside(square + forward) == 2;
+            score += shut_in ? weights.shut_in_bishop[reached] : weights.bishop[reached];
+        } else if (type == kRook) {
+            const bool own = board.pawn_file[static_cast<std::size_t>(color)][column] != 0;
+            const bool other = board.pawn_file[static_cast<std::size_t>(enemy)][column] != 0;
+            const ScorePair file = other ? weights.rook_half_open : weights.rook_open;
+            score += weights.rook[reached].endgame + (own ? 0 : file.endgame) +
+                     (hits_target ? weights.rook_seventh.endgame : 0);
+        } else {
+            score += 10 - std::abs(square_row(square) - square_row(king)) -
+                     std::abs(square_column(square) - square_column(king)) +
+                     (hits_target ? weights.queen_seventh.endgame : 0);
+        }
+    }
+    return score;
+}
+
+TEST_F(Pieces, PlainCountsGiveTheSameScore) {
+    std::ifstream file(ZAR_TEST_DATA_DIR "/evaluation.fen");
+    int count = 0;
+    for (std::string fen; std::getline(file, fen); ++count) {
+        const Board board = board_of(fen);
+        const PawnRecord pawns = pawns_of(board);
+        for (const Color color : {kWhite, kBlack}) {
+            EXPECT_EQ(evaluate_pieces(board, color, pawns, true).endgame,
+                      plain_endgame_score(board, color, pawns))
+                << fen << " colour " << color;
+        }
+    }
+    EXPECT_GE(count, 200);
 }
 
 TEST_F(Pieces, BelowFullStrengthNoSquareCounts) {

@@ -1,5 +1,8 @@
 #include "eval/weights.h"
 
+#include <array>
+#include <cstddef>
+
 #include "gtest/gtest.h"
 #include "support/eval_support.h"
 
@@ -88,6 +91,36 @@ TEST_F(EvalWeights, ProductsOfTheLevelAreTruncated) {
     EXPECT_EQ(eval_weights.mobility.rook_on_king_file, 1);
     EXPECT_EQ(eval_weights.mobility.rook_seventh, (ScorePair{1, 3}));
     EXPECT_EQ(eval_weights.mobility.queen_seventh, (ScorePair{0, 1}));
+}
+
+TEST_F(EvalWeights, MobilityTablesAreByReachedSquares) {
+    const MobilityWeights& mobility = eval_weights.mobility;
+    EXPECT_EQ(mobility.knight, (std::array<int, 9>{-16, -12, -8, -4, 0, 4, 8, 12, 16}));
+    EXPECT_EQ(mobility.shut_in_bishop,
+              (std::array<int, 14>{-20, -15, -10, -5, 0, 5, 10, 15, 20, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(mobility.bishop,
+              (std::array<int, 14>{-15, -10, -5, 0, 5, 10, 15, 20, 0, 0, 0, 0, 0, 0}));
+    // Half of the open file's bonus is taken off.
+    for (int reached = 0; reached <= 14; ++reached) {
+        EXPECT_EQ(mobility.rook[static_cast<std::size_t>(reached)],
+                  (ScorePair{2 * reached - 14 - 1, 4 * reached - 28 - 1}))
+            << reached;
+    }
+}
+
+TEST_F(EvalWeights, MobilityTablesStayWithinTheirEnds) {
+    const MobilityWeights& mobility = eval_weights.mobility;
+    set_level(20);
+    EXPECT_EQ(mobility.knight, (std::array<int, 9>{-16, -8, 0, 8, 16, 16, 16, 16, 16}));
+    EXPECT_EQ(mobility.bishop[3], 15);
+    EXPECT_EQ(mobility.bishop[13], 0);
+    EXPECT_EQ(mobility.rook[7], (ScorePair{14 - 2, 28 - 2}));
+    EXPECT_EQ(mobility.rook[8], (ScorePair{0 - 2, 0 - 2}));
+    set_level(-20);
+    EXPECT_EQ(mobility.knight[8], -16);
+    EXPECT_EQ(mobility.bishop[0], -15);
+    EXPECT_EQ(mobility.bishop[13], -20);
+    EXPECT_EQ(mobility.rook[14], (ScorePair{-14 + 2, -28 + 2}));
 }
 
 TEST_F(EvalWeights, GroupScalesAreSwitchedOffBelowLevelSeven) {
