@@ -9,80 +9,97 @@ namespace zar {
 namespace {
 
 // The board as one colour sees it: its own first rank is rank 1 of every square named below.
+template <Color kUs>
 struct SideView {
     const Board& board;
-    Color color;
 
-    [[nodiscard]] Piece at(Square square) const {
-        return board_piece(board, color == kWhite ? square : square_flip_rows(square));
+    [[nodiscard]] static constexpr Square seen(Square square) {
+        return kUs == kWhite ? square : square_flip_rows(square);
     }
+    [[nodiscard]] Piece at(Square square) const { return board_piece(board, seen(square)); }
     [[nodiscard]] bool own(PieceType type, Square square) const {
-        return at(square) == piece_of_12(piece12_make(type, color));
+        return at(square) == piece_of_12(piece12_make(type, kUs));
     }
     [[nodiscard]] bool enemy_pawn(Square square) const {
-        return at(square) == pawn_of(color_opposite(color));
+        return at(square) == pawn_of(color_opposite(kUs));
     }
 };
 
-bool bishop_with_pawn(const SideView& view, Square bishop, Square pawn) {
+// The bishop is asked for first, here and below: it is rarely there, pawns often are.
+template <Color kUs>
+bool bishop_with_pawn(const SideView<kUs>& view, Square bishop, Square pawn) {
     return view.own(kBishop, bishop) && view.enemy_pawn(pawn);
 }
 
-// At most one penalty for each corner.
-int trapped_bishops(const SideView& view) {
-    int count = 0;
+// Once for each corner, and half for a bishop that is about to be trapped.
+template <Color kUs>
+int trapped_bishops(const SideView<kUs>& view) {
+    const int weight = eval_weights.patterns.trapped_bishop;
+    int penalty = 0;
     if (bishop_with_pawn(view, kA7, kB6) || bishop_with_pawn(view, kB8, kC7)) {
-        ++count;
+        penalty += weight;
     }
     if (bishop_with_pawn(view, kH7, kG6) || bishop_with_pawn(view, kG8, kF7)) {
-        ++count;
+        penalty += weight;
     }
-    return count;
+    if (bishop_with_pawn(view, kA6, kB5)) {
+        penalty += weight / 2;
+    }
+    if (bishop_with_pawn(view, kH6, kG5)) {
+        penalty += weight / 2;
+    }
+    return penalty;
 }
 
-int half_trapped_bishops(const SideView& view) {
-    return (bishop_with_pawn(view, kA6, kB5) ? 1 : 0) + (bishop_with_pawn(view, kH6, kG5) ? 1 : 0);
+template <Color kUs>
+bool bishop_is_blocked(const SideView<kUs>& view, Square bishop, Square pawn) {
+    return view.own(kBishop, bishop) && view.own(kPawn, pawn) && view.at(pawn + kRowStep) != kEmpty;
 }
 
-bool bishop_is_blocked(const SideView& view, Square bishop, Square pawn) {
-    return view.own(kPawn, pawn) && view.at(pawn + kRowStep) != kEmpty && view.own(kBishop, bishop);
+template <Color kUs>
+int blocked_bishops(const SideView<kUs>& view) {
+    int penalty = 0;
+    if (bishop_is_blocked(view, kC1, kD2)) {
+        penalty += eval_weights.patterns.blocked_bishop;
+    }
+    if (bishop_is_blocked(view, kF1, kE2)) {
+        penalty += eval_weights.patterns.blocked_bishop;
+    }
+    return penalty;
 }
 
-int blocked_bishops(const SideView& view) {
-    return (bishop_is_blocked(view, kC1, kD2) ? 1 : 0) +
-           (bishop_is_blocked(view, kF1, kE2) ? 1 : 0);
-}
-
-int trapped_rooks(const SideView& view) {
+template <Color kUs>
+bool rook_is_trapped(const SideView<kUs>& view) {
     const auto rook = [&](Square square) { return view.own(kRook, square); };
-    int count = 0;
-    if (view.own(kKing, kC1) && (rook(kA1) || rook(kA2) || rook(kB1))) {
-        ++count;
-    } else if (view.own(kKing, kB1) && (rook(kA1) || rook(kA2))) {
-        ++count;
+    switch (view.seen(board_king(view.board, kUs))) {
+        case kB1:
+            return rook(kA1) || rook(kA2);
+        case kC1:
+            return rook(kA1) || rook(kA2) || rook(kB1);
+        case kF1:
+            return rook(kH1) || rook(kH2) || rook(kG1);
+        case kG1:
+            return rook(kH1) || rook(kH2);
+        default:
+            return false;
     }
-    if (view.own(kKing, kF1) && (rook(kH1) || rook(kH2) || rook(kG1))) {
-        ++count;
-    } else if (view.own(kKing, kG1) && (rook(kH1) || rook(kH2))) {
-        ++count;
-    }
-    return count;
 }
 
-ScorePair pattern_penalty(const Board& board, Color color) {
-    const PatternWeights& weights = eval_weights.patterns;
-    const SideView view{board, color};
-    const int trapped = weights.trapped_bishop * trapped_bishops(view) +
-                        weights.trapped_bishop / 2 * half_trapped_bishops(view);
-    const int opening =
-        weights.blocked_bishop * blocked_bishops(view) + weights.trapped_rook * trapped_rooks(view);
-    return {trapped + opening, trapped};
+template <Color kUs>
+ScorePair pattern_penalty(const Board& board) {
+    const SideView<kUs> view{board};
+    const int trapped = trapped_bishops(view);
+    int opening = trapped + blocked_bishops(view);
+    if (rook_is_trapped(view)) {
+        opening += eval_weights.patterns.trapped_rook;
+    }
+    return {opening, trapped};
 }
 
 }  // namespace
 
 ScorePair evaluate_patterns(const Board& board) {
-    return pattern_penalty(board, kBlack) - pattern_penalty(board, kWhite);
+    return pattern_penalty<kBlack>(board) - pattern_penalty<kWhite>(board);
 }
 
 }  // namespace zar
