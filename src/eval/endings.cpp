@@ -247,6 +247,8 @@ bool knight_pawn_is_blocked(const Board& board, Color color) {
            is_ahead(board_king(board, color_opposite(color)), pawn, color);
 }
 
+constexpr int kEndingTests = kTestRookFile | kTestBlockedFile | kTestKnightPawn;
+
 // A later test overrides an earlier one.
 int tested_scale(const Board& board, Color color, const MaterialRecord& material,
                  const PawnRecord& pawns) {
@@ -289,6 +291,11 @@ StandardEnding standard_ending(const Board& board, Color pawn_side) {
 }
 
 Scales ending_scales(const Board& board, const MaterialRecord& material, const PawnRecord& pawns) {
+    // Nearly all positions of a search end here.
+    const int flags = material.side_flags[kWhite] | material.side_flags[kBlack];
+    if ((flags & kEndingTests) == 0 && material.ending == EndingClass::none) {
+        return {material.scale[kWhite], material.scale[kBlack]};
+    }
     Scales scales = {tested_scale(board, kWhite, material, pawns),
                      tested_scale(board, kBlack, material, pawns)};
     const Recogniser recogniser = recogniser_of(material.ending);
