@@ -58,6 +58,9 @@ ScorePair shelter_score(const std::array<int, 2>& penalties) {
 }
 
 std::array<ScorePair, 2> passer_scores(const Board& board, const PawnRecord& pawns) {
+    if ((pawns.passed_files[kWhite] | pawns.passed_files[kBlack]) == 0) {
+        return {};
+    }
     return {evaluate_passers(board, kWhite, pawns), evaluate_passers(board, kBlack, pawns)};
 }
 

@@ -1,6 +1,7 @@
 #include "eval/passers.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 
 #include "board/exchange.h"
@@ -107,11 +108,10 @@ ScorePair passer_score(const Board& board, const Passer& pawn) {
 
 ScorePair evaluate_passers(const Board& board, Color color, const PawnRecord& pawns) {
     ScorePair score;
-    int files = pawns.passed_files[static_cast<std::size_t>(color)];
-    for (int column = kFirstLine; files != 0; ++column, files >>= 1) {
-        if ((files & 1) != 0) {
-            score += passer_score(board, passer_on(board, color, column));
-        }
+    for (unsigned files = pawns.passed_files[static_cast<std::size_t>(color)]; files != 0;
+         files &= files - 1) {
+        const int column = kFirstLine + std::countr_zero(files);
+        score += passer_score(board, passer_on(board, color, column));
     }
     return score;
 }
