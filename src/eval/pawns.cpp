@@ -135,31 +135,31 @@ Square find_lone_pawn(const Board& board, Color color) {
 }
 
 // Scores the pawns of one colour and notes what else there is to know about them.
-ScorePair evaluate_side(PawnRecord& record, const Board& board, Color color) {
-    const auto side = static_cast<std::size_t>(color);
+template <Color kUs>
+ScorePair evaluate_side(PawnRecord& record, const Board& board) {
     ScorePair score;
     int passed_files = 0;
-    for (const Square square : board_pawns(board, color)) {
-        const PawnView pawn = view_pawn(board, square, color);
+    for (const Square square : board_pawns(board, kUs)) {
+        const PawnView pawn = view_pawn(board, square, kUs);
         score += pawn_score(pawn);
         if (pawn.rank == 2) {
-            record.second_rank[side] = 1;
+            record.second_rank[kUs] = 1;
         }
         if (is_open_ahead(pawn) && is_passed(pawn)) {
             passed_files |= 1 << (square_column(square) - kFirstLine);
         }
     }
-    record.passed_files[side] = static_cast<std::uint8_t>(passed_files);
-    record.lone_pawn[side] = static_cast<std::uint8_t>(find_lone_pawn(board, color));
+    record.passed_files[kUs] = static_cast<std::uint8_t>(passed_files);
+    record.lone_pawn[kUs] = static_cast<std::uint8_t>(find_lone_pawn(board, kUs));
     return score;
 }
 
 PawnRecord compute_record(const Board& board) {
     PawnRecord record{};
     record.lock = cache_lock(board.pawn_key);
-    ScorePair score = evaluate_side(record, board, kWhite);
-    score -= evaluate_side(record, board, kBlack);
-    score = weigh(score, eval_weights.pawns.scale);
+    const ScorePair score =
+        weigh(evaluate_side<kWhite>(record, board) - evaluate_side<kBlack>(record, board),
+              eval_weights.pawns.scale);
     record.opening = static_cast<std::int16_t>(score.opening);
     record.endgame = static_cast<std::int16_t>(score.endgame);
     return record;
