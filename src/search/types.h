@@ -5,6 +5,7 @@
 #include <array>
 #include <atomic>
 #include <csetjmp>
+#include <cstddef>
 #include <cstdint>
 
 #include "board/board.h"
@@ -91,8 +92,11 @@ struct ThreadStatistics {
 
 constexpr int kHistorySize = kPieceKindCount * 64;
 
-// Everything that one search thread writes while it searches.
-struct SearchThread {
+constexpr std::size_t kCacheLine = 64;  // bytes
+
+// Everything that one search thread writes while it searches. No two records share a cache line, so
+// that no thread waits for what another one writes.
+struct alignas(kCacheLine) SearchThread {
     // Copied or cleared at the start of every search.
     Board board;
     MoveList root;  // root moves, best first, with their scores
