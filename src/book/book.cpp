@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <cassert>
-#include <filesystem>
-#include <system_error>
 
 #include "board/movegen.h"
 #include "platform/fatal.h"
+#include "platform/file.h"
 #include "platform/random.h"
 
 namespace zar {
@@ -73,12 +72,7 @@ int choose(Book& book, std::uint64_t key) {
 void book_reset(Book& book) { book = Book{}; }
 
 void book_open(Book& book, const char* path) {
-    // A pipe or a device would block, or never end.
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) {
-        return;
-    }
-    std::FILE* file = std::fopen(path, "rb");
+    std::FILE* file = file_open(path);
     if (file != nullptr) {
         book_open_stream(book, file);
     }
@@ -89,10 +83,10 @@ void book_open_stream(Book& book, std::FILE* file) {
     book.file = file;
     // Unbuffered, so that what is read is what the file holds now.
     std::setvbuf(file, nullptr, _IONBF, 0);
-    if (std::fseek(file, 0, SEEK_END) != 0) {
+    if (!file_seek(file, 0, SEEK_END)) {
         fatal_error("X-Error 3EBK1RE1\n");
     }
-    book.entry_count = static_cast<std::int32_t>(std::ftell(file) / kBookEntrySize);
+    book.entry_count = static_cast<std::int32_t>(file_tell(file) / kBookEntrySize);
     if (book.entry_count == -1) {
         fatal_error("X-Error 3EBK1RE2\n");
     }
@@ -107,7 +101,7 @@ void book_close(Book& book) {
 }
 
 BookEntry book_read_entry(Book& book, std::int32_t index) {
-    if (std::fseek(book.file, static_cast<long>(index) * kBookEntrySize, SEEK_SET) != 0) {
+    if (!file_seek(book.file, std::int64_t{index} * kBookEntrySize, SEEK_SET)) {
         fatal_error("X-Error 3EBK1RE4\n");
     }
     BookEntry entry{};
