@@ -88,10 +88,13 @@ void bench_run(int depth) {
     eval_apply_weights();
     const double start = clock_wall_seconds();
     std::uint64_t total = 0;
-    for (std::size_t i = 0; i < positions.size(); ++i) {
-        const std::uint64_t nodes = search_position(board, positions[i], depth);
+    constexpr auto kCount = static_cast<int>(positions.size());
+    int number = 0;
+    for (const std::string_view fen : positions) {
+        const std::uint64_t nodes = search_position(board, fen, depth);
         total += nodes;
-        send_line("position %zu of %zu: %" PRIu64 " nodes", i + 1, positions.size(), nodes);
+        ++number;
+        send_line("position %d of %d: %" PRIu64 " nodes", number, kCount, nodes);
     }
     constexpr double kLeastSeconds = 0.001;
     const double seconds = std::max(clock_wall_seconds() - start, kLeastSeconds);
