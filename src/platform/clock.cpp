@@ -10,8 +10,6 @@ double clock_wall_seconds() {
     return std::chrono::duration<double>(now).count();
 }
 
-double clock_cpu_seconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
-
 unsigned clock_seed() { return static_cast<unsigned>(std::time(nullptr)); }
 
 }  // namespace zar
