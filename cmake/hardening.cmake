@@ -1,7 +1,16 @@
 # What Debian's own packages are hardened with, and the library's assertions in debug builds.
 if(NOT MSVC)
-    add_compile_options(
-        -fstack-protector-strong -fstack-clash-protection -Wformat -Wformat-security)
+    add_compile_options(-fstack-protector-strong -Wformat -Wformat-security)
+    # On Windows every compiler touches the pages of a large frame in turn; there GCC 12 fails with
+    # the option.
+    if(NOT WIN32)
+        add_compile_options(-fstack-clash-protection)
+    endif()
+    # The C library of MinGW-w64 has none of the functions that the checks call; the driver's own
+    # library has them.
+    if(MINGW)
+        add_link_options(-fstack-protector-strong)
+    endif()
     if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
         add_compile_options(-fcf-protection=full)
     endif()
