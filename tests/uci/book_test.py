@@ -105,6 +105,14 @@ class BookTest(unittest.TestCase):
             engine.send("setoption nonsense")
             self.assertTrue(self.searched(engine))
 
+    def test_a_name_beyond_ascii_is_sent_as_utf_8(self):
+        for name in ("Er\xf6ffnung.bin", "\u0434\u0435\u0431\u044e\u0442 \u958b\u5c40\U0001f642.bin"):
+            book = self.folder / name
+            book.write_bytes(entry(START_KEY, "g1f3"))
+            with Engine.ready(Book_File=str(book).encode().decode("latin-1")) as engine:
+                engine.set_position()
+                self.assertEqual("g1f3", best_move(engine.go("depth 1")), name)
+
     def test_the_default_file_is_looked_for_in_the_working_folder(self):
         (self.folder / "ZAR.ebk").write_bytes(entry(START_KEY, "b1c3"))
         with Engine(cwd=self.folder) as engine:

@@ -4,7 +4,7 @@ import os
 import tempfile
 import unittest
 
-from engine import BANNER, Engine
+from engine import BANNER, IS_WINDOWS, Engine
 from report import best_move, last_depth, parse_pv
 
 # White has one move, a1b1, and Black then mates with h8h1.
@@ -87,6 +87,7 @@ class OddBytes(unittest.TestCase):
             engine.send_text("\0\0\n\0\n")
             self.assertEqual([], engine.fence())
 
+    @unittest.skipIf(IS_WINDOWS, "a carriage return there is a part of the newline")
     def test_a_carriage_return_is_part_of_the_line(self):
         with Engine.ready() as engine:
             engine.send_text("uci\r\nisready\r\nquit\r\n")
@@ -110,6 +111,39 @@ class OddBytes(unittest.TestCase):
         with Engine.ready() as engine:
             engine.send(*["isready"] * 1000, "uci")
             self.assertEqual(1000, engine.read_until("uciok").count("readyok"))
+
+
+@unittest.skipUnless(IS_WINDOWS, "elsewhere a carriage return is part of the line")
+class CarriageReturns(unittest.TestCase):
+    def test_lines_may_end_in_a_carriage_return_and_a_newline(self):
+        with Engine.ready() as engine:
+            engine.send_text("position startpos\r\ngo depth 2\r\n")
+            self.assertEqual(2, last_depth(engine.read_until("bestmove")))
+            engine.send_text("quit\r\n")
+            self.assertEqual(([], 0, ""), engine.finish())
+
+    def test_the_two_bytes_may_come_one_by_one(self):
+        with Engine.ready() as engine:
+            engine.send_text("isready\r")
+            engine.send_text("\n")
+            self.assertEqual("readyok", engine.read_line())
+            engine.send_text("go infinite\r\n")
+            engine.read_until("info multipv")
+            engine.send_text("stop\r")
+            while (pv := parse_pv(engine.read_line())) is None or pv.depth < 5:
+                pass
+            engine.send_text("\n")
+            engine.read_until("bestmove")
+
+    def test_a_carriage_return_elsewhere_is_part_of_the_line(self):
+        with Engine.ready() as engine:
+            engine.send_text("uci\r\r\nisr\read\rquit\r\nuci\r")
+            self.assertEqual(([], 0, ""), engine.finish())
+
+    def test_a_newline_alone_will_do(self):
+        with Engine.ready() as engine:
+            engine.send_text("isready\nisready\r\nisready\n")
+            self.assertEqual(["readyok"] * 3, [engine.read_line() for _ in range(3)])
 
 
 class InputDuringASearch(unittest.TestCase):

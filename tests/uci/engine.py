@@ -1,7 +1,8 @@
 """The programs under test, driven through pipes as a graphical interface drives an engine.
 
 The programs' paths come from the environment: ZAR_X3 (the engine), ZAR_X3_TOOLS and ZAR_X3_TWIN.
-A variable that is not set means the program of the release build.
+A variable that is not set means the program of the release build. Where the engine is one of
+another system, ZAR_X3_RUNNER has the words of the command that runs it: wine64, for one.
 
 Every wait ends after HANG_LIMIT seconds with a failure that shows the conversation so far. The
 limit only catches a program that hangs; no test asks how long anything takes.
@@ -10,6 +11,7 @@ limit only catches a program that hangs; no test asks how long anything takes.
 import collections
 import os
 import queue
+import shlex
 import subprocess
 import threading
 import time
@@ -38,6 +40,10 @@ def program_path(variable):
     return os.path.abspath(path)
 
 
+# Programs of Windows end their lines with "\r\n", and read that as a newline.
+IS_WINDOWS = os.environ.get("ZAR_X3", "").endswith(".exe")
+
+
 def is_sanitizer_build(path):
     """Was the program built with a sanitizer, which wants far more memory than the engine?"""
     code = Path(path).read_bytes()
@@ -46,6 +52,8 @@ def is_sanitizer_build(path):
 
 class Process:
     """A program with pipes at its three streams. Text is Latin-1: a character is a byte."""
+
+    _line_end = b"\n"
 
     def __init__(self, path, *arguments, stdin=subprocess.PIPE, **settings):
         """Starts the program; `stdin` and `settings` are those of subprocess.Popen."""
@@ -99,7 +107,7 @@ class Process:
     def _collect_lines(self):
         pending = b""
         while chunk := os.read(self._child.stdout.fileno(), 65536):
-            *lines, pending = (pending + chunk).split(b"\n")
+            *lines, pending = (pending + chunk).split(self._line_end)
             for line in lines:
                 self._lines.put(line.decode("latin-1"))
         if pending:
@@ -111,9 +119,13 @@ class Process:
         while chunk := os.read(self._child.stderr.fileno(), 65536):
             self._errors.append(chunk)
 
+    def _error_text(self):
+        errors = b"".join(self._errors).replace(self._line_end, b"\n")
+        return errors.decode("latin-1")
+
     def _fail(self, what):
         talk = "\n".join(self._conversation)
-        errors = b"".join(self._errors).decode("latin-1")
+        errors = self._error_text()
         raise AssertionError(f"{what}\nconversation:\n{talk}\nstandard error: {errors!r}")
 
     def send(self, *lines):
@@ -177,7 +189,7 @@ class Process:
         except subprocess.TimeoutExpired:
             self._fail("the program did not end within the hang limit")
         self._threads[1].join(HANG_LIMIT)
-        return status, b"".join(self._errors).decode("latin-1")
+        return status, self._error_text()
 
     def finish(self):
         """Closes the input if need be: the rest of the output, the exit status, standard error."""
@@ -193,9 +205,12 @@ class Engine(Process):
     It runs in a folder without an opening book, so nobody's own book answers for the search.
     """
 
+    _line_end = b"\r\n" if IS_WINDOWS else b"\n"
+
     def __init__(self, *arguments, **settings):
         settings.setdefault("cwd", _BOOKLESS)
-        super().__init__(program_path("ZAR_X3"), *arguments, **settings)
+        runner = shlex.split(os.environ.get("ZAR_X3_RUNNER", ""))
+        super().__init__(*runner, program_path("ZAR_X3"), *arguments, **settings)
 
     @classmethod
     def started(cls, **options):

@@ -5,7 +5,7 @@ import resource
 import tempfile
 import unittest
 
-from engine import BANNER, Engine, is_sanitizer_build, program_path
+from engine import BANNER, IS_WINDOWS, Engine, is_sanitizer_build, program_path
 from report import best_move
 
 MISSING_VALUE = {
@@ -178,6 +178,7 @@ class FatalSystem(unittest.TestCase):
     @unittest.skipIf(
         is_sanitizer_build(program_path("ZAR_X3")), "a sanitizer needs the whole address space"
     )
+    @unittest.skipIf(IS_WINDOWS, "Wine needs the address space for itself")
     def test_too_little_memory(self):
         def limit_memory():
             resource.setrlimit(resource.RLIMIT_AS, (400 << 20, 400 << 20))

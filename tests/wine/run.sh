@@ -25,8 +25,9 @@ command -v "$wine" >/dev/null || {
 export LC_ALL=C.UTF-8 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
 WINEPREFIX=$(mktemp -d)
 export WINEPREFIX ZAR_X3_RUNNER="$wine"
-# The Windows system ends a while after its last program, and not in the midst of its clean-up.
-trap '"$wine" wineboot --shutdown || true; sleep 3; rm -rf -- "$WINEPREFIX"' EXIT
+# One server for all programs: else the Windows system would start anew with each of them.
+trap 'wineserver --kill || true; wineserver --wait; rm -rf -- "$WINEPREFIX"' EXIT
+wineserver --persistent
 "$wine" wineboot --init >/dev/null 2>&1
 
 # What drives zar-x3-tools has no part in this.
