@@ -1,0 +1,144 @@
+"""The pages of docs/ against the program and its sources: options, errors, commands."""
+
+import re
+import unittest
+from pathlib import Path
+
+from engine import Engine
+
+ROOT = Path(__file__).resolve().parents[2]
+SOURCES = sorted((ROOT / "src").rglob("*.cpp"))
+OPTION_SOURCE = ROOT / "src" / "frontend" / "option.cpp"
+
+
+def page(name):
+    return (ROOT / "docs" / name).read_text(encoding="utf-8")
+
+
+def section(text, heading):
+    """The text below a heading, up to the next one of its level or a higher one."""
+    level = heading.split()[0]
+    _, found, rest = text.partition(f"\n{heading}\n")
+    if not found:
+        raise AssertionError(f"no heading {heading!r}")
+    return re.split(rf"^#{{2,{len(level)}}} ", rest, flags=re.MULTILINE)[0]
+
+
+def table_rows(text):
+    """The rows of all tables as dictionaries, by the names in each table's head."""
+    rows, head = [], None
+    for line in text.splitlines():
+        if not line.startswith("|"):
+            head = None
+            continue
+        cells = [cell.strip() for cell in line.strip("|").split("|")]
+        if head is None:
+            head = cells
+        elif not set(line) <= set("|-"):
+            rows.append(dict(zip(head, cells, strict=True)))
+    return rows
+
+
+def documented(row):
+    """Name, type, default and the engine's words for the range, of a row of the options page."""
+    least_most = re.fullmatch(r"(\d+) to (\d+)", row["range"])
+    if least_most:
+        extra = f"min {least_most[1]} max {least_most[2]}"
+    else:
+        extra = " ".join("var " + choice for choice in row["range"].split(", ") if choice)
+    return row["name"].removesuffix(" *"), row["type"], row["default"], extra
+
+
+def documented_options(text):
+    return [documented(row) for row in table_rows(text) if {"name", "default", "range"} <= set(row)]
+
+
+def source_options():
+    """(name, type, default, extra) of every row of the engine's table, with the hidden ones apart."""
+    row = r'\{"([^"]*)",\s*(kShown|kHidden),\s*"([^"]*)",\s*"([^"]*)",\s*"([^"]*)",\s*\{\}\}'
+    shown, hidden = [], []
+    for name, kind, default, type_, extra in re.findall(row, OPTION_SOURCE.read_text("utf-8")):
+        (shown if kind == "kShown" else hidden).append((name, type_, default, extra))
+    return shown, hidden
+
+
+class Options(unittest.TestCase):
+    def setUp(self):
+        self.page = page("options.md")
+
+    def test_the_visible_options_are_those_that_the_engine_prints(self):
+        expected = [
+            f"option name {name} type {type_} default {default} {extra}".rstrip()
+            for name, type_, default, extra in documented_options(
+                section(self.page, "## Visible options")
+            )
+        ]
+        with Engine() as engine:
+            self.assertEqual(expected, engine.shown_options())
+
+    def test_every_visible_option_has_its_paragraph(self):
+        text = section(self.page, "## Visible options")
+        names = [name for name, *_ in documented_options(text)]
+        self.assertEqual(names, re.findall(r"^### (.*)$", text, flags=re.MULTILINE))
+
+    def test_all_options_are_those_of_the_engines_table(self):
+        shown, hidden = source_options()
+        self.assertEqual((10, 28), (len(shown), len(hidden)))
+        self.assertEqual(sorted(shown + hidden), sorted(documented_options(self.page)))
+
+    def test_the_options_without_effect_are_those_that_nothing_reads(self):
+        code = "".join(path.read_text("utf-8") for path in SOURCES if path != OPTION_SOURCE)
+        shown, hidden = source_options()
+        unread = {name for name, *_ in shown + hidden if f'"{name}"' not in code}
+        without_effect = section(self.page, "## Hidden options that do nothing")
+        self.assertEqual(unread, {name for name, *_ in documented_options(without_effect)})
+
+    def test_the_readme_and_the_manual_page_give_the_same_defaults(self):
+        shown, _ = source_options()
+        defaults = [(name, default) for name, _, default, _ in shown]
+        readme = (ROOT / "README.md").read_text("utf-8")
+        rows = table_rows(section(readme, "## Options"))
+        self.assertEqual(
+            defaults, [(row["option"], row["default"]) for row in rows if "option" in row]
+        )
+        manual = (ROOT / "docs" / "man" / "zar-x3.6.in").read_text("utf-8")
+        items = re.findall(r"^\.It (.*?) ,(?: .* ,)? default (.*)$", manual, flags=re.MULTILINE)
+        items = [(name, default) for name, default in items]
+        self.assertEqual(defaults, items)
+
+
+class Errors(unittest.TestCase):
+    def test_all_codes_are_explained_and_no_others(self):
+        code = "".join(path.read_text("utf-8") for path in SOURCES)
+        raised = set(re.findall(r'"X-Error ([0-9A-Za-z/]+)', code))
+        explained = set(re.findall(r"^\| `X-Error ([0-9A-Za-z/]+)", page("errors.md"), re.MULTILINE))
+        self.assertGreater(len(raised), 30)
+        self.assertEqual(raised, explained)
+
+
+class Commands(unittest.TestCase):
+    def test_all_commands_are_explained_and_no_others(self):
+        code = (ROOT / "src" / "frontend" / "uci.cpp").read_text("utf-8")
+        known = set(re.findall(r'line == "(\w+)"|starts_with\("(\w+) "\)', code))
+        known = {word for pair in known for word in pair if word} | {"go"}
+        rows = table_rows(section(page("uci.md"), "## Commands"))
+        self.assertEqual(known, {row["command"].strip("`").split()[0] for row in rows})
+
+    def test_all_parameters_of_go_are_explained_and_no_others(self):
+        code = (ROOT / "src" / "frontend" / "uci_go.cpp").read_text("utf-8")
+        known = {
+            (name, "fatal" if text.startswith('"X-Error') else "")
+            for name, text in re.findall(r'\{"(\w+)", Keyword::\w+, ([^}]+)\}', code)
+        }
+        self.assertEqual(12, len(known))
+        rows = table_rows(section(page("uci.md"), "## go"))
+        explained = {
+            (row["parameter"].strip("`").split()[0], row["without its value"])
+            for row in rows
+            if row["parameter"].startswith("`")
+        }
+        self.assertEqual(known, explained)
+
+
+if __name__ == "__main__":
+    unittest.main()
