@@ -1,5 +1,6 @@
 """The pages of docs/ against the program and its sources: options, errors, commands."""
 
+import json
 import re
 import unittest
 from pathlib import Path
@@ -105,6 +106,37 @@ class Options(unittest.TestCase):
         items = re.findall(r"^\.It (.*?) ,(?: .* ,)? default (.*)$", manual, flags=re.MULTILINE)
         items = [(name, default) for name, default in items]
         self.assertEqual(defaults, items)
+
+
+class TestFrameworks(unittest.TestCase):
+    """The command lines of docs/testing-at-scale.md that others are to paste."""
+
+    def settings(self):
+        """All (name, value) pairs that the page sets."""
+        text = page("testing-at-scale.md")
+        pairs = re.findall(r'"option\.([^="]+)=([^"]+)"', text)
+        pairs += re.findall(r"(?<!\")\boption\.([^=\s]+)=(\S+)", text)
+        for words in re.findall(r'"both_options": "([^"]*)"', text):
+            pairs += [tuple(word.split("=")) for word in words.split()]
+        return pairs
+
+    def test_the_json_is_json(self):
+        (text,) = re.findall(r"```json\n(.*?)```", page("testing-at-scale.md"), re.DOTALL)
+        self.assertEqual({"g++>=12", "clang++>=14"}, set(json.loads(text)["build"]["compilers"]))
+
+    def test_all_options_exist_and_their_values_are_in_range(self):
+        shown, hidden = source_options()
+        table = {name: (type_, extra) for name, type_, _, extra in shown + hidden}
+        settings = self.settings()
+        self.assertGreater(len(settings), 20)
+        for name, value in settings:
+            with self.subTest(option=name, value=value):
+                type_, extra = table[name]
+                if type_ == "check":
+                    self.assertIn(value, ("true", "false"))
+                else:
+                    least, most = re.findall(r"\d+", extra)
+                    self.assertTrue(int(least) <= int(value) <= int(most))
 
 
 class Errors(unittest.TestCase):
