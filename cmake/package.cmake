@@ -25,7 +25,6 @@ set(CPACK_PACKAGE_FILE_NAME
     "zar-x3-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}")
 set(CPACK_INSTALL_CMAKE_PROJECTS
     "${PROJECT_BINARY_DIR};zar-x3;Runtime;/" "${PROJECT_BINARY_DIR};zar-x3;Documentation;/")
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS ${CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS})
 set(CPACK_STRIP_FILES ON)
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -40,13 +39,13 @@ Universal Chess Interface, for playing and analysing in any chess program
 that does. It has eleven levels of strength, uses up to four threads, and
 comes with an opening book and with tools for books and positions.")
 
-# Debian wants another layout: CPack runs this between the installation and the packing.
+# CPack runs this between the installation and the packing.
 set(ZAR_DEBIAN_DIR "${PROJECT_BINARY_DIR}/debian")
 configure_file("${PROJECT_SOURCE_DIR}/cmake/debian/changelog.in" "${ZAR_DEBIAN_DIR}/changelog" @ONLY)
 configure_file("${PROJECT_SOURCE_DIR}/cmake/debian/copyright" "${ZAR_DEBIAN_DIR}/copyright" COPYONLY)
-configure_file("${PROJECT_SOURCE_DIR}/cmake/debian/layout.cmake.in" "${ZAR_DEBIAN_DIR}/layout.cmake"
+configure_file("${PROJECT_SOURCE_DIR}/cmake/layout.cmake.in" "${PROJECT_BINARY_DIR}/layout.cmake"
                @ONLY)
-set(CPACK_PRE_BUILD_SCRIPTS "${ZAR_DEBIAN_DIR}/layout.cmake")
+set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_BINARY_DIR}/layout.cmake")
 include(CPack)
 
 # The files in the packages have the day of the version, so the same build packs the same bytes.
