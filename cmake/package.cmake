@@ -1,7 +1,7 @@
 # The target "packages": archives of the installed files with their checksums, in packages/ of the
-# build tree. On Linux a .tar.xz that may be unpacked anywhere, and a .deb where Debian's tools are;
-# on Windows a .zip. All need the tools, which make the book.
-if(NOT ZAR_BUILD_TOOLS)
+# build tree: a .tar.xz that may be unpacked anywhere, and a .deb where Debian's tools are. Both need
+# zar-x3-tools, which makes the book.
+if(WIN32 OR NOT ZAR_BUILD_TOOLS)
     return()
 endif()
 set(ZAR_PACKAGE_CONTACT "the ZAR-X3 authors <zar-x3@packages.invalid>"
@@ -9,13 +9,9 @@ set(ZAR_PACKAGE_CONTACT "the ZAR-X3 authors <zar-x3@packages.invalid>"
 
 find_program(DPKG_SHLIBDEPS dpkg-shlibdeps)
 mark_as_advanced(DPKG_SHLIBDEPS)
-if(WIN32)
-    set(CPACK_GENERATOR ZIP)
-else()
-    set(CPACK_GENERATOR TXZ)
-    if(DPKG_SHLIBDEPS)
-        list(APPEND CPACK_GENERATOR DEB)
-    endif()
+set(CPACK_GENERATOR TXZ)
+if(DPKG_SHLIBDEPS)
+    list(APPEND CPACK_GENERATOR DEB)
 endif()
 
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
