@@ -1,17 +1,14 @@
 // inspect: what the engine knows about a position without searching, one JSON object a line.
 
-#include <csetjmp>
 #include <cstdint>
 #include <cstdio>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <string>
 
 #include "board/attack.h"
 #include "board/exchange.h"
-#include "board/fen.h"
 #include "board/movegen.h"
 #include "commands.h"
 #include "eval/draws.h"
@@ -19,7 +16,7 @@
 #include "fen_text.h"
 #include "frontend/option.h"
 #include "move_names.h"
-#include "platform/fatal.h"
+#include "position.h"
 
 namespace zar::tools {
 
@@ -29,28 +26,6 @@ using Json = nlohmann::ordered_json;
 
 constexpr int kThread = 0;
 constexpr Score kOpenWindow = 30000;
-
-// Where set-up comes back to when it meets a fatal error, and what the error said. The jump leaves
-// only frames of the engine, which hold nothing to destroy.
-std::jmp_buf failure_return;
-char failure_text[256];
-
-void on_failure(Failure failure, const char* text) {
-    if (failure == Failure::fatal) {
-        std::snprintf(failure_text, sizeof failure_text, "%s", text);
-        std::longjmp(failure_return, 1);
-    }
-    // A warning has no place in the output: the position is accepted.
-}
-
-// False when the text is no position; failure_text then tells why.
-bool set_up(Board& board, const char* fen) {
-    if (setjmp(failure_return) != 0) {
-        return false;
-    }
-    board_from_fen(board, fen);
-    return true;
-}
 
 std::string hex(std::uint64_t key) {
     char text[17];
@@ -155,20 +130,14 @@ Json inspected(Board& board) {
     return json;
 }
 
-Json failed() {
-    std::string text = failure_text;
-    std::erase(text, '\n');
-    return {{"error", text}};
-}
-
 void run(int level) {
     static Board board;
     option_set("Difficulty Level", std::to_string(level));
     eval_tables_allocate(1);
     eval_apply_weights();
-    failure_set_handler(on_failure);
     for (std::string fen; std::getline(std::cin, fen);) {
-        const Json json = set_up(board, fen.c_str()) ? inspected(board) : failed();
+        const std::string error = position_error(board, fen);
+        const Json json = error.empty() ? inspected(board) : Json{{"error", error}};
         std::cout << json.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
     }
 }
