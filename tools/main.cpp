@@ -18,7 +18,19 @@ int run(int count, char** arguments) {
     zar::tools::add_perft(app);
     zar::tools::add_inspect(app);
     zar::tools::add_book(app);
-    CLI11_PARSE(app, count, arguments);
+    zar::tools::add_show(app);
+    zar::tools::add_analyse(app);
+    zar::tools::add_epd(app);
+    try {
+        app.parse(count, arguments);
+    } catch (const CLI::Success& help) {
+        return app.exit(help);
+    } catch (const CLI::RuntimeError& failure) {
+        return failure.get_exit_code();
+    } catch (const CLI::ParseError& error) {
+        app.exit(error);
+        return zar::tools::kBadInput;
+    }
     return EXIT_SUCCESS;
 }
 

@@ -1,0 +1,187 @@
+// analyse: searches a position and prints what each iteration found.
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <cinttypes>
+#include <csignal>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "board/attack.h"
+#include "board/movegen.h"
+#include "commands.h"
+#include "fen_text.h"
+#include "in_process.h"
+#include "position.h"
+#include "progress.h"
+#include "san.h"
+#include "search/types.h"
+
+namespace zar::tools {
+
+namespace {
+
+constexpr double kDefaultSeconds = 5;
+constexpr double kMostSeconds = 1e6;
+
+struct Arguments {
+    Effort effort = {.depth = 0, .seconds = kDefaultSeconds};
+    int lines = 1;
+    std::vector<std::string> fen;
+};
+
+// One best line of an iteration as it was reported last.
+struct Row {
+    int depth = 0;
+    Score score = 0;
+    Bound bound = kBoundNone;
+    std::uint64_t nodes = 0;
+    double seconds = 0;
+    std::string moves;
+};
+
+// The iteration that is being searched: the rows that it has reported so far.
+struct Iteration {
+    int depth = 0;
+    std::size_t count = 0;
+    std::array<Row, kMaxMultiPv> rows;
+};
+
+Iteration iteration;
+Board root;
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void on_interrupt(int) { interrupted = 1; }
+
+const char* bound_mark(Bound bound) {
+    // A bound of the side to move's score is the other one from White's view when Black moves.
+    const bool flipped = root.turn == kBlack;
+    switch (bound) {
+        case kBoundLower:
+            return flipped ? "<=" : ">=";
+        case kBoundUpper:
+            return flipped ? ">=" : "<=";
+        default:
+            return "";
+    }
+}
+
+void print_head() {
+    std::printf("%5s %9s %12s %10s %8s  %s\n", "depth", "score", "nodes", "nps", "time", "line");
+}
+
+void print_row(const Row& row) {
+    std::string score = bound_mark(row.bound);
+    score += score_text(row.score, root.turn);
+    std::string speed = "-";
+    if (row.seconds > 0) {
+        constexpr double rounding = 0.5;
+        const double nps = static_cast<double>(row.nodes) / row.seconds + rounding;
+        speed = std::to_string(static_cast<std::uint64_t>(nps));
+    }
+    std::printf("%5d %9s %12" PRIu64 " %10s %8.2f  %s\n", row.depth, score.c_str(), row.nodes,
+                speed.c_str(), row.seconds, row.moves.c_str());
+}
+
+// Prints the iteration, best line first, and forgets it.
+void print_iteration() {
+    progress_clear();
+    const auto end = iteration.rows.begin() + static_cast<std::ptrdiff_t>(iteration.count);
+    std::stable_sort(iteration.rows.begin(), end,
+                     [](const Row& a, const Row& b) { return a.score > b.score; });
+    std::for_each(iteration.rows.begin(), end, print_row);
+    std::fflush(stdout);
+    iteration.count = 0;
+}
+
+// A line has a new best move or is finished.
+void note_line(int thread) {
+    if (thread != 0) {
+        return;
+    }
+    const SearchThread& self = search_thread(thread);
+    const auto index = static_cast<std::size_t>(self.pv_index);
+    const RootResult& result = self.result[index];
+    iteration.depth = self.iteration_depth;
+    iteration.count = std::max(iteration.count, index + 1);
+    iteration.rows[index] = {result.depth,
+                             result.score,
+                             result.bound,
+                             self.nodes,
+                             stopwatch_elapsed(self.stopwatch),
+                             san_line(result.pv.data(), kMaxPly, root)};
+}
+
+// A root move is about to be searched: the first of an iteration closes the one before.
+void note_root_move(int thread) {
+    if (iteration.count > 0 && search_thread(thread).iteration_depth != iteration.depth) {
+        print_iteration();
+    }
+}
+
+// Called every few thousand nodes; true ends the search.
+bool show_progress() {
+    const SearchThread& self = search_thread(0);
+    if (self.root_move != kMoveNone) {
+        char text[120];
+        std::snprintf(text, sizeof text, "depth %d, %s (%d of %d), %" PRIu64 " nodes, %.1f s",
+                      self.iteration_depth, san_of(self.root_move, root).c_str(),
+                      self.root_index + 1, self.root.size, self.nodes, self.statistics.elapsed);
+        progress_show(text, false);
+    }
+    return interrupted != 0;
+}
+
+// The move that the engine would play: the best of the last iteration, broken off or not, in which
+// it found any.
+void print_best() {
+    const Move move = search_thread(0).result[0].best_move;
+    std::printf("\nbest move %s\n", san_of(move, root).c_str());
+}
+
+void run(const Arguments& arguments) {
+    const std::string fen = fen_of_words(arguments.fen);
+    in_process_start(arguments.lines);
+    if (const std::string fault = position_fault(root, fen); !fault.empty()) {
+        bad_input("FEN '" + fen + "': " + fault);
+    }
+    if (board_is_mate(root) || board_is_stalemate(root)) {
+        std::printf("%s, no move to search\n", board_is_mate(root) ? "checkmate" : "stalemate");
+        return;
+    }
+    std::signal(SIGINT, on_interrupt);
+    search_shared.hooks.report_pv = note_line;
+    search_shared.hooks.report_currmove = note_root_move;
+    search_shared.hooks.poll_input = show_progress;
+    print_head();
+    in_process_search(root, arguments.effort);
+    print_iteration();
+    print_best();
+}
+
+}  // namespace
+
+void add_analyse(CLI::App& app) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* command = app.add_subcommand(
+        "analyse",
+        "Search a position and print a line for each iteration; scores are White's view, time is "
+        "in seconds. Ctrl-C ends the search with what it has");
+    auto* time = command->add_option("--time", arguments->effort.seconds, "seconds to search")
+                     ->check(CLI::Range(0.001, kMostSeconds))
+                     ->capture_default_str();
+    command->add_option("--depth", arguments->effort.depth, "plies to search, instead of a time")
+        ->check(CLI::Range(1, kDeepest))
+        ->excludes(time);
+    command->add_option("--multipv", arguments->lines, "best lines to show")
+        ->check(CLI::Range(1, kMaxMultiPv))
+        ->capture_default_str();
+    command->add_option("FEN", arguments->fen, "position (default: the start position)");
+    command->callback([arguments] { run(*arguments); });
+}
+
+}  // namespace zar::tools

@@ -1,0 +1,56 @@
+#include "in_process.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <iostream>
+
+#include "commands.h"
+#include "eval/eval.h"
+#include "frontend/option.h"
+#include "frontend/report.h"
+#include "search/budget.h"
+#include "search/driver.h"
+#include "search/hash.h"
+
+namespace zar::tools {
+
+void in_process_start(int lines) {
+    option_set("Own Book", "false");
+    option_set("MultiPV", std::to_string(lines));
+    search_shared.thread_count = 1;
+    hash_alloc(hash_table, option_get_int("Hash"));
+    eval_tables_allocate(search_shared.thread_count);
+    eval_apply_weights();
+}
+
+void in_process_search(Board& board, const Effort& effort) {
+    hash_clear(hash_table);
+    search_reset();
+    SearchLimits& limits = search_shared.limits;
+    limits.limit_depth_set = effort.depth > 0;
+    limits.limit_depth = effort.depth;
+    limits.limit_time_set = effort.depth == 0;
+    limits.time_limit = effort.seconds;
+    // Far off, so that no search ends early because its move looks easy.
+    limits.time_target = 5 * effort.seconds;
+    search_run(board);
+}
+
+std::string score_text(Score score, Color turn) {
+    constexpr double kPawn = 100;
+    const int sign = turn == kWhite ? 1 : -1;
+    char text[32];
+    if (const int mate = score_to_mate(score); mate != 0) {
+        std::snprintf(text, sizeof text, "#%d", sign * mate);
+    } else {
+        std::snprintf(text, sizeof text, "%+.2f", sign * score / kPawn);
+    }
+    return text;
+}
+
+void bad_input(const std::string& text) {
+    std::cerr << "zar-x3-tools: " << text << "\n";
+    throw CLI::RuntimeError(kBadInput);
+}
+
+}  // namespace zar::tools

@@ -1,0 +1,34 @@
+// The engine's search within the tools: one thread, full strength, no opening book.
+#pragma once
+
+#include <string>
+
+#include "board/board.h"
+#include "board/types.h"
+
+namespace zar::tools {
+
+// How long to search: to a depth in plies, or for a time in seconds when the depth is 0.
+struct Effort {
+    int depth = 0;
+    double seconds = 0;
+};
+
+// The deepest iteration that the engine makes.
+constexpr int kDeepest = 49;
+
+// Ready to set positions up and to search, with so many best lines (1..4).
+void in_process_start(int lines);
+
+// Searches with an empty hash table; the results are then in search_thread(0). Hooks may be set
+// before.
+void in_process_search(Board& board, const Effort& effort);
+
+// "+0.33" in pawns or "#-3" in moves to mate, White's view of a score of the side to move.
+[[nodiscard]] std::string score_text(Score score, Color turn);
+
+// Says on standard error what is wrong with the input and ends the program with status 2, by way of
+// the command line parser.
+[[noreturn]] void bad_input(const std::string& text);
+
+}  // namespace zar::tools
