@@ -158,6 +158,7 @@ class TenBishops(unittest.TestCase):
             self.assertEqual((["X-Error 2EB1IP4"], 1, "X-Error 2EB1IP3\n"), (rest, status, errors))
 
 
+@unittest.skipIf(IS_WINDOWS, "Wine has an input and needs an address space of its own")
 class FatalSystem(unittest.TestCase):
     def run_with(self, stdin):
         with Engine(stdin=stdin) as engine:
@@ -178,7 +179,6 @@ class FatalSystem(unittest.TestCase):
     @unittest.skipIf(
         is_sanitizer_build(program_path("ZAR_X3")), "a sanitizer needs the whole address space"
     )
-    @unittest.skipIf(IS_WINDOWS, "Wine needs the address space for itself")
     def test_too_little_memory(self):
         def limit_memory():
             resource.setrlimit(resource.RLIMIT_AS, (400 << 20, 400 << 20))

@@ -4,7 +4,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from engine import Engine, Twin, program_path
+from engine import IS_WINDOWS, Engine, Twin, program_path
 from report import best_move, pv_lines
 
 MATE_IN_TWO = ("kbK5/pp6/1P6/8/8/8/8/R7 w - - 0 1", "a1a6")
@@ -16,6 +16,8 @@ TSAN = b"__tsan_" in Path(program_path("ZAR_X3")).read_bytes()
 
 def task_ticks(engine):
     """Processor ticks that each thread of the engine has used, by thread id."""
+    if IS_WINDOWS:
+        raise unittest.SkipTest("the threads of a Windows program cannot be watched from here")
     ticks = {}
     for task in Path(f"/proc/{engine.pid}/task").iterdir():
         fields = (task / "stat").read_text().rsplit(")", 1)[1].split()
@@ -29,7 +31,8 @@ class WatchedEngine(Engine):
     @classmethod
     def started(cls, **options):
         engine = super().started(**options)
-        engine.first_tasks = set(task_ticks(engine))
+        if not IS_WINDOWS:
+            engine.first_tasks = set(task_ticks(engine))
         return engine
 
     def worker_ticks(self):

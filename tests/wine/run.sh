@@ -2,6 +2,7 @@
 # run.sh ENGINE.EXE [TEST...]: the end-to-end tests, with the engine's Windows build under Wine.
 # TEST is a name such as console_test; all that drive the engine when none is given. The Windows
 # system they see is a fresh one. The twin is the release build's, or what ZAR_X3_TWIN names.
+# Wants the packages g++-mingw-w64-x86-64-posix, wine, wine64 and python3.
 set -eu
 if [ $# -lt 1 ]; then
     echo "usage: run.sh ENGINE.EXE [TEST...]" >&2
@@ -17,16 +18,19 @@ for wine in /usr/lib/wine/wine64 wine64 wine; do
     command -v "$wine" >/dev/null && break
 done
 command -v "$wine" >/dev/null || {
-    echo "run.sh: no Wine found (package wine64)" >&2
+    echo "run.sh: no Wine found (packages wine and wine64)" >&2
     exit 2
 }
 
 # File names beyond ASCII pass through Wine in a UTF-8 locale only.
 export LC_ALL=C.UTF-8 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
-WINEPREFIX=$(mktemp -d)
-export WINEPREFIX ZAR_X3_RUNNER="$wine"
+work=$(mktemp -d)
+trap 'rm -rf -- "$work"' EXIT
+x86_64-w64-mingw32-g++-posix -std=c++20 -O1 -static ../wine/relay.cpp -o "$work/relay.exe"
+export WINEPREFIX="$work/prefix" ZAR_X3_RUNNER="$wine $work/relay.exe"
+mkdir "$WINEPREFIX"
 # One server for all programs: else the Windows system would start anew with each of them.
-trap 'wineserver --kill || true; wineserver --wait; rm -rf -- "$WINEPREFIX"' EXIT
+trap 'wineserver --kill || true; wineserver --wait; rm -rf -- "$work"' EXIT
 wineserver --persistent
 "$wine" wineboot --init >/dev/null 2>&1
 
