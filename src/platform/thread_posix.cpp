@@ -3,6 +3,8 @@
 #include <pthread.h>
 #include <sched.h>
 
+#include <semaphore>
+
 #include "platform/fatal.h"
 
 namespace zar {
@@ -21,6 +23,10 @@ struct Start {
 // What a thread is to run must outlive the call that starts it; the arguments are small numbers
 // that tell threads apart, so each has a place of its own.
 Start starts[kMostThreads];
+
+// Each counts how often the thread has been resumed and has not parked since.
+using Semaphore = std::counting_semaphore<>;
+Semaphore wakes[kMostThreads] = {Semaphore{0}, Semaphore{0}, Semaphore{0}, Semaphore{0}};
 
 void* run(void* start) {
     const Start* what = static_cast<const Start*>(start);
@@ -44,6 +50,10 @@ ThreadHandle thread_start(void (*entry)(int), int argument, std::size_t stack_by
     pthread_attr_destroy(&attributes);
     return static_cast<ThreadHandle>(thread);
 }
+
+void thread_park(int argument) { wakes[argument].acquire(); }
+
+void thread_resume(int argument) { wakes[argument].release(); }
 
 void thread_join(ThreadHandle handle) { pthread_join(static_cast<pthread_t>(handle), nullptr); }
 

@@ -1,7 +1,7 @@
 #include "search/workers.h"
 
 #include <array>
-#include <semaphore>
+#include <atomic>
 
 #include "platform/clock.h"
 #include "platform/thread.h"
@@ -17,8 +17,6 @@ constexpr std::size_t kStackBytes = 8U << 20;
 
 struct Worker {
     ThreadHandle handle;
-    // Counts resumptions, so that one that comes before the worker waits is not lost.
-    std::counting_semaphore<> wake{0};
     std::atomic<bool> done{
         true};  // the worker's search has returned; written by both sides in turn
     std::atomic<bool> exited{false};  // the worker has left its loop
@@ -35,7 +33,7 @@ Worker& worker_of(int thread) { return workers[static_cast<std::size_t>(thread)]
 void thread_entry(int thread) {
     Worker& self = worker_of(thread);
     while (true) {
-        self.wake.acquire();
+        thread_park(thread);
         if (threads_exit.load(std::memory_order_acquire)) {
             break;
         }
@@ -53,9 +51,7 @@ void for_each_worker(Action action) {
     }
 }
 
-void resume_all() {
-    for_each_worker([](int thread) { worker_of(thread).wake.release(); });
-}
+void resume_all() { for_each_worker(thread_resume); }
 
 void tell_to_stop() {
     for_each_worker(
