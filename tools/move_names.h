@@ -13,6 +13,8 @@ namespace zar::tools {
 [[nodiscard]] inline std::span<const Move> span_of(const MoveList& list) {
     return std::span(list.move).first(static_cast<std::size_t>(list.size));
 }
+// A loop over a list that is gone would compile.
+void span_of(const MoveList&& list) = delete;
 
 [[nodiscard]] inline std::string name_of(Move move) {
     char text[kMoveTextSize];

@@ -38,7 +38,8 @@ std::string origin(Move move, Board& board) {
     bool others = false;
     bool file_taken = false;
     bool rank_taken = false;
-    for (const Move other : span_of(legal_moves(board))) {
+    const MoveList legal = legal_moves(board);
+    for (const Move other : span_of(legal)) {
         const Square64 square = move_from64(other);
         if (move_to64(other) == move_to64(move) && square != from &&
             board_piece(board, move_from(other)) == man) {
@@ -181,7 +182,8 @@ SanMove san_read(std::string_view text, Board& board) {
         return {kMoveNone, "is no move in standard algebraic notation"};
     }
     Move found = kMoveNone;
-    for (const Move move : span_of(legal_moves(board))) {
+    const MoveList legal = legal_moves(board);
+    for (const Move move : span_of(legal)) {
         if (!matches(move, *wanted, board)) {
             continue;
         }
