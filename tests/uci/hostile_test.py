@@ -181,7 +181,7 @@ class AbsurdValues(unittest.TestCase):
             "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 1000000000000 1",
             "r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 99 9999999999999999999999",
         ):
-            with self.subTest(fen=fen), Engine.ready(MultiPV=4, Threads=2) as engine, Twin() as twin:
+            with self.subTest(fen=fen), Engine.ready(MultiPV=4) as engine, Twin() as twin:
                 twin.set_position(fen)
                 engine.set_position(fen)
                 lines = engine.go("movetime 200")
