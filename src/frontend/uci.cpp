@@ -12,6 +12,7 @@
 #include "frontend/option.h"
 #include "frontend/report.h"
 #include "frontend/startup.h"
+#include "platform/memory.h"
 #include "platform/text.h"
 #include "search/budget.h"
 #include "search/hash.h"
@@ -215,6 +216,8 @@ void command_uci() {
 void command_ucinewgame() {
     if (!is_busy() && uci_state.engine_initialised) {
         hash_clear(hash_table);
+        // No clock runs yet. The first moves would pay for the pages with theirs.
+        memory_prepare(hash_table.entries, hash_table.entry_count * sizeof(HashEntry));
     }
 }
 

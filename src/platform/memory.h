@@ -13,6 +13,10 @@ namespace zar {
 // Makes a block zero again, without writing where the system takes pages back.
 void memory_clear(void* block, std::size_t bytes);
 
+// Has the system find and clear the pages of a block of checked_malloc now, where it can, rather
+// than each when it is first used. What they hold already stays.
+void memory_prepare(void* block, std::size_t bytes);
+
 // Null is allowed.
 void memory_free(void* block, std::size_t bytes);
 

@@ -64,6 +64,13 @@ void memory_clear(void* block, std::size_t bytes) {
     std::memset(block, 0, bytes);
 }
 
+void memory_prepare([[maybe_unused]] void* block, [[maybe_unused]] std::size_t bytes) {
+#ifdef MADV_POPULATE_WRITE
+    // A system that does not know this, or has no memory left now, gives the pages later.
+    madvise(block, bytes, MADV_POPULATE_WRITE);
+#endif
+}
+
 void memory_free(void* block, std::size_t bytes) {
     if (block != nullptr) {
         munmap(block, whole_pages(bytes));

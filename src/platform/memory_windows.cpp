@@ -22,6 +22,9 @@ void memory_clear(void* block, std::size_t bytes) {
     }
 }
 
+// Left to the first use of each page.
+void memory_prepare(void*, std::size_t) {}
+
 void memory_free(void* block, std::size_t) {
     if (block != nullptr) {
         VirtualFree(block, 0, MEM_RELEASE);

@@ -54,6 +54,39 @@ TEST(Memory, ReleasingNothingIsAllowed) {
     SUCCEED();
 }
 
+// Lengths around a small page, a huge page, and what is between.
+constexpr std::size_t kBlockSizes[] = {1, 4096, 65'537, (2U << 20) - 1, (2U << 20) + 48, 5U << 20};
+
+bool is_zero(const unsigned char* block, std::size_t bytes) {
+    return std::all_of(block, block + bytes, [](unsigned char byte) { return byte == 0; });
+}
+
+TEST(MemoryPages, AreZeroWhenFreshAndWhenCleared) {
+    for (const std::size_t bytes : kBlockSizes) {
+        auto* const block = static_cast<unsigned char*>(checked_malloc(bytes));
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % kCacheLine, 0U) << bytes;
+        EXPECT_TRUE(is_zero(block, bytes)) << bytes;
+        std::memset(block, 0xA5, bytes);
+        memory_clear(block, bytes);
+        EXPECT_TRUE(is_zero(block, bytes)) << bytes;
+        memory_free(block, bytes);
+    }
+}
+
+TEST(MemoryPages, KeepTheirContentsWhenPrepared) {
+    for (const std::size_t bytes : kBlockSizes) {
+        auto* const block = static_cast<unsigned char*>(checked_malloc(bytes));
+        block[0] = 1;
+        block[bytes / 2] = 2;
+        block[bytes - 1] = 3;
+        memory_prepare(block, bytes);
+        EXPECT_EQ(block[bytes - 1], 3) << bytes;
+        EXPECT_TRUE(bytes < 3 || (block[0] == 1 && block[bytes / 2] == 2)) << bytes;
+        EXPECT_TRUE(bytes < 3 || is_zero(block + 1, bytes / 2 - 1)) << bytes;
+        memory_free(block, bytes);
+    }
+}
+
 TEST(MemoryDeathTest, FailureEndsTheEngine) {
     constexpr std::size_t kTooMuch = std::numeric_limits<std::size_t>::max() / 4;
     // A sanitizer's allocator writes a warning of its own before.
