@@ -20,7 +20,7 @@ _ENVIRONMENT = {**os.environ, "MALLOC_MMAP_THRESHOLD_": "131072"}
 _MEBIBYTE = 1 << 20
 _THREAD_BYTES = 8 * _MEBIBYTE + 4096  # pawn and material table
 _WARM_UP_WEIGHINGS = 3
-_GROWTH_ALLOWED = _MEBIBYTE
+_GROWTH_ALLOWED = 2 * _MEBIBYTE
 
 # The options that matter here.
 _DEFAULTS = {"Threads": 1, "Hash": 256, "MultiPV": 1, "Ponder": "true", "Extra Info": "false"}
@@ -219,14 +219,15 @@ class Player:
     def weigh(self):
         """Checks the memory of the idle engine, after every game.
 
-        The tables are touched as soon as they are allocated, so what is left without them may not
-        grow, except for what the first games need.
+        What it holds beside its tables may not grow, except for what the first games need. Tables
+        that short games have not touched throughout hold less than their size: that is no less
+        than nothing beside them.
         """
         if self._sanitized:
             return
         tables = hash_bytes(int(self.options["Hash"]))
         tables += int(self.options["Threads"]) * _THREAD_BYTES
-        rest = self.engine.resident_bytes() - tables
+        rest = max(self.engine.resident_bytes() - tables, 0)
         self._weights.append(rest)
         warm = max(self._weights[:_WARM_UP_WEIGHINGS])
         if rest > warm + _GROWTH_ALLOWED:
