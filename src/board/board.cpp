@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cstddef>
+#include <cstring>
 
 #include "board/attack.h"
 #include "board/key.h"
@@ -14,11 +16,11 @@ namespace {
 
 constexpr int kMostBishopsWithoutWarning = 9;
 
-std::size_t index_of(int value) { return static_cast<std::size_t>(value); }
+std::size_t index_of(std::ptrdiff_t value) { return static_cast<std::size_t>(value); }
 
 void count_man(Board& board, Square square, int index) {
     const int kind = piece12_of(board_piece(board, square));
-    board.list_index[index_of(square)] = index;
+    board.list_index[index_of(square)] = static_cast<std::int8_t>(index);
     board.total_count += 1;
     board.kind_count[index_of(kind)] += 1;
 }
@@ -33,11 +35,11 @@ void sort_pieces(Board& board, Color color) {
         int place = i;
         while (place > 0 && type > piece_type_of(board_piece(board, list[index_of(place - 1)]))) {
             list[index_of(place)] = list[index_of(place - 1)];
-            board.list_index[index_of(list[index_of(place)])] = place;
+            board.list_index[index_of(list[index_of(place)])] = static_cast<std::int8_t>(place);
             --place;
         }
-        list[index_of(place)] = square;
-        board.list_index[index_of(square)] = place;
+        list[index_of(place)] = packed(square);
+        board.list_index[index_of(square)] = static_cast<std::int8_t>(place);
     }
 }
 
@@ -58,7 +60,7 @@ void list_pieces(Board& board, Color color) {
         if (count >= kMaxMen) {
             fatal_error("X-Error 2EB1IP2\n");
         }
-        list[index_of(count)] = square;
+        list[index_of(count)] = packed(square);
         count_man(board, square, count);
         ++count;
         if (!piece_is_king(piece)) {
@@ -88,7 +90,7 @@ void list_pawns(Board& board, Color color) {
         if (count >= kMaxPawns || square_is_promotion_rank(square)) {
             fatal_error("X-Error 2EB1IP4\n");
         }
-        list[index_of(count)] = square;
+        list[index_of(count)] = packed(square);
         count_man(board, square, count);
         ++count;
         board.pawn_file[index_of(color)][index_of(square_column(square))] |=
@@ -188,7 +190,11 @@ void board_finish_setup(Board& board) {
     }
 }
 
-void board_copy(Board& to, const Board& from) { to = from; }
+void board_copy(Board& to, const Board& from) {
+    static_assert(offsetof(Board, key_history) + sizeof(from.key_history) == sizeof(Board));
+    std::memcpy(&to, &from, offsetof(Board, key_history));
+    std::copy_n(from.key_history.begin(), from.sp, to.key_history.begin());
+}
 
 void board_trim_history(Board& board, int keep) {
     if (board.sp <= keep) {
@@ -202,7 +208,7 @@ void board_trim_history(Board& board, int keep) {
 bool board_consistent(const Board& board) {
     std::array<int, kPieceKindCount> kinds{};
     std::array<int, 2> material{};
-    std::array<std::array<int, 16>, 2> files{};
+    std::array<std::array<std::uint8_t, 16>, 2> files{};
     int men = 0;
     for (Square square = 0; square < kSquareCount; ++square) {
         const Piece piece = board_piece(board, square);

@@ -19,25 +19,31 @@ constexpr int kMaxMen = 16;      // of one colour, pawns included
 constexpr int kMaxPawns = 8;     // of one colour
 constexpr int kMaxClock = 1000;  // cap of the half-move clock read from a FEN text
 
+// A square or a piece code in the byte that a Board keeps of it.
+[[nodiscard]] constexpr std::uint8_t packed(std::ptrdiff_t code) noexcept {
+    return static_cast<std::uint8_t>(code);
+}
+
+// Squares, pieces and places in lists take a byte each, so that the board stays in few cache lines.
 struct Board {
     // Per colour, the sum of `piece_value` over its men, king excluded.
     std::array<int, 2> material;
     // Piece code of every cell: 0 empty, 16 edge.
-    std::array<int, kSquareCount> square;
+    std::array<std::uint8_t, kSquareCount> square;
     // Place of the man on this square in its colour's piece or pawn list; -1 elsewhere.
-    std::array<int, kSquareCount> list_index;
+    std::array<std::int8_t, kSquareCount> list_index;
     // Squares of the non-pawn men of each colour, ended by 0. Entry 0 is the king; the others are
     // ordered queens, rooks, bishops, knights, men of one type in the order they were listed.
-    std::array<std::array<int, 32>, 2> piece_list;
+    std::array<std::array<std::uint8_t, 32>, 2> piece_list;
     std::array<int, 2> piece_count;
     // Squares of the pawns of each colour, ended by 0.
-    std::array<std::array<int, 16>, 2> pawn_list;
+    std::array<std::array<std::uint8_t, 16>, 2> pawn_list;
     std::array<int, 2> pawn_count;
     // Men on the board, kings and pawns included, and how many of each of the twelve kinds.
     int total_count;
     std::array<int, kPieceKindCount> kind_count;
     // Per colour and mailbox column: bit n set for a pawn on the colour's own rank n + 1.
-    std::array<std::array<int, 16>, 2> pawn_file;
+    std::array<std::array<std::uint8_t, 16>, 2> pawn_file;
     // Number of entries in `key_history`.
     int sp;
     // From here on what changes with every move; UndoInfo keeps it in the same order, so that it is
@@ -84,15 +90,15 @@ struct Board {
 
 // A range over the entries of a list that ends with 0, for the men that are listed at this moment.
 struct SquareRange {
-    const int* first;
-    const int* last;
-    [[nodiscard]] const int* begin() const noexcept { return first; }
-    [[nodiscard]] const int* end() const noexcept { return last; }
+    const std::uint8_t* first;
+    const std::uint8_t* last;
+    [[nodiscard]] const std::uint8_t* begin() const noexcept { return first; }
+    [[nodiscard]] const std::uint8_t* end() const noexcept { return last; }
 };
 
 // All non-pawn men of a colour, king first.
 [[nodiscard]] inline SquareRange board_pieces(const Board& board, Color color) noexcept {
-    const int* list = board.piece_list[static_cast<std::size_t>(color)].data();
+    const std::uint8_t* list = board.piece_list[static_cast<std::size_t>(color)].data();
     return {list, list + board_piece_count(board, color)};
 }
 
@@ -103,13 +109,13 @@ struct SquareRange {
 }
 
 [[nodiscard]] inline SquareRange board_pawns(const Board& board, Color color) noexcept {
-    const int* list = board.pawn_list[static_cast<std::size_t>(color)].data();
+    const std::uint8_t* list = board.pawn_list[static_cast<std::size_t>(color)].data();
     return {list, list + board_pawn_count(board, color)};
 }
 
 // The rank bit that a pawn of this colour on this square sets in its column's `pawn_file` word.
-[[nodiscard]] constexpr int pawn_rank_bit(Square square, Color color) noexcept {
-    return 1 << (square_relative_row(square, color) - kFirstLine);
+[[nodiscard]] constexpr std::uint8_t pawn_rank_bit(Square square, Color color) noexcept {
+    return static_cast<std::uint8_t>(1 << (square_relative_row(square, color) - kFirstLine));
 }
 
 // Empties all squares and the side, castling, en-passant and half-move fields. Lists, counts and
@@ -123,7 +129,7 @@ void board_clear(Board& board);
 // white bishops only warn.
 void board_finish_setup(Board& board);
 
-// Copies the whole record, history included.
+// Copies the whole record, of the history what is in use.
 void board_copy(Board& to, const Board& from);
 
 // Sums the piece-square values of all men afresh; needed after psq_table has been rebuilt.

@@ -78,7 +78,7 @@ void find_direct(Attackers& side, const Exchange& exchange) {
             return;
         }
     }
-    const int* const men = board_pieces(board, side.color).begin();
+    const std::uint8_t* const men = board_pieces(board, side.color).begin();
     while (side.unseen > 0) {
         const Square from = men[--side.unseen];
         const Piece piece = board_piece(board, from);

@@ -49,7 +49,7 @@ void read_row(Board& board, Reader& reader, int row) {
         if (piece == kEmpty) {
             fatal_error("X-Error 4EFN1BF2\n");
         }
-        board.square[static_cast<std::size_t>(square_make(row, column))] = piece;
+        board.square[static_cast<std::size_t>(square_make(row, column))] = packed(piece);
         ++column;
     }
 }

@@ -21,9 +21,13 @@ constexpr int kLastLine = 11;  // row of rank 8, column of file h
 constexpr int kDeltaBias = 119;
 constexpr int kDeltaCount = 2 * kDeltaBias + 1;
 
-[[nodiscard]] constexpr int square_row(Square square) noexcept { return square >> 4; }
+[[nodiscard]] constexpr int square_row(Square square) noexcept {
+    return static_cast<int>(square >> 4);
+}
 
-[[nodiscard]] constexpr int square_column(Square square) noexcept { return square & 15; }
+[[nodiscard]] constexpr int square_column(Square square) noexcept {
+    return static_cast<int>(square & 15);
+}
 
 // Row and column are mailbox lines, 4..11 on the board.
 [[nodiscard]] constexpr Square square_make(int row, int column) noexcept {

@@ -9,11 +9,11 @@ namespace zar {
 
 namespace {
 
-std::size_t index_of(int value) { return static_cast<std::size_t>(value); }
+std::size_t index_of(std::ptrdiff_t value) { return static_cast<std::size_t>(value); }
 
 // A list of men and its length, whichever of a colour's two lists the piece belongs to.
 struct ManList {
-    int* square;
+    std::uint8_t* square;
     int* count;
 };
 
@@ -34,9 +34,9 @@ void toggle_pawn_file(Board& board, Square square, Color color) {
 void list_remove(Board& board, const ManList& list, int index) {
     const int last = *list.count - 1;
     for (int i = index; i < last; ++i) {
-        const Square square = list.square[i + 1];
+        const std::uint8_t square = list.square[i + 1];
         list.square[i] = square;
-        board.list_index[index_of(square)] = i;
+        board.list_index[square] = static_cast<std::int8_t>(i);
     }
     list.square[last] = kNoSquare;
     *list.count = last;
@@ -45,12 +45,12 @@ void list_remove(Board& board, const ManList& list, int index) {
 // The entries from `index` on move up by one.
 void list_insert(Board& board, const ManList& list, int index, Square man) {
     for (int i = *list.count; i > index; --i) {
-        const Square square = list.square[i - 1];
+        const std::uint8_t square = list.square[i - 1];
         list.square[i] = square;
-        board.list_index[index_of(square)] = i;
+        board.list_index[square] = static_cast<std::int8_t>(i);
     }
-    list.square[index] = man;
-    board.list_index[index_of(man)] = index;
+    list.square[index] = packed(man);
+    board.list_index[index_of(man)] = static_cast<std::int8_t>(index);
     *list.count += 1;
     list.square[*list.count] = kNoSquare;
 }
@@ -88,7 +88,7 @@ void square_clear(Board& board, Square square, Piece piece, bool update_keys) {
 void square_put(Board& board, Square square, Piece piece, int index) {
     const Color color = piece_color(piece);
     assert(board_piece(board, square) == kEmpty);
-    board.square[index_of(square)] = piece;
+    board.square[index_of(square)] = packed(piece);
     list_insert(board, list_of(board, piece), index, square);
     if (piece_is_pawn(piece)) {
         toggle_pawn_file(board, square, color);
@@ -104,15 +104,15 @@ void square_put(Board& board, Square square, Piece piece, int index) {
     assert(index >= 0 && board_piece(board, from) == piece && board_piece(board, to) == kEmpty);
     board.square[index_of(from)] = kEmpty;
     board.list_index[index_of(from)] = -1;
-    board.square[index_of(to)] = piece;
-    board.list_index[index_of(to)] = index;
+    board.square[index_of(to)] = packed(piece);
+    board.list_index[index_of(to)] = static_cast<std::int8_t>(index);
     const Color color = piece_color(piece);
     if (piece_is_pawn(piece)) {
-        board.pawn_list[index_of(color)][index_of(index)] = to;
+        board.pawn_list[index_of(color)][index_of(index)] = packed(to);
         toggle_pawn_file(board, from, color);
         toggle_pawn_file(board, to, color);
     } else {
-        board.piece_list[index_of(color)][index_of(index)] = to;
+        board.piece_list[index_of(color)][index_of(index)] = packed(to);
     }
 }
 

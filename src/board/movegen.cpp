@@ -50,21 +50,21 @@ void gen_piece(MoveList& list, const Board& board, Square from) {
 // Walks the piece list by types, whose places follow from their counts.
 template <Targets kTargets>
 void gen_pieces(MoveList& list, const Board& board) {
-    const int* man = board_pieces(board, board.turn).begin();
+    const std::uint8_t* man = board_pieces(board, board.turn).begin();
     const auto end_of = [&](PieceType type) {
         return man + board.kind_count[static_cast<std::size_t>(piece12_make(type, board.turn))];
     };
     gen_piece<kTargets, Reach::step, king_steps>(list, board, *man++);
-    for (const int* const end = end_of(kQueen); man != end; ++man) {
+    for (const std::uint8_t* const end = end_of(kQueen); man != end; ++man) {
         gen_piece<kTargets, Reach::slide, king_steps>(list, board, *man);
     }
-    for (const int* const end = end_of(kRook); man != end; ++man) {
+    for (const std::uint8_t* const end = end_of(kRook); man != end; ++man) {
         gen_piece<kTargets, Reach::slide, rook_steps>(list, board, *man);
     }
-    for (const int* const end = end_of(kBishop); man != end; ++man) {
+    for (const std::uint8_t* const end = end_of(kBishop); man != end; ++man) {
         gen_piece<kTargets, Reach::slide, bishop_steps>(list, board, *man);
     }
-    for (const int* const end = end_of(kKnight); man != end; ++man) {
+    for (const std::uint8_t* const end = end_of(kKnight); man != end; ++man) {
         gen_piece<kTargets, Reach::step, knight_steps>(list, board, *man);
     }
 }

@@ -138,7 +138,7 @@ constexpr std::array<std::int16_t, 256> piece_value = detail::make_piece_value()
     return piece >= 0 && piece <= 255 && piece12_of(piece) >= 0;
 }
 
-[[nodiscard]] constexpr int color_bit(Color color) noexcept { return color + 1; }
+[[nodiscard]] constexpr int color_bit(Color color) noexcept { return static_cast<int>(color) + 1; }
 
 // Colour of a man; meaningless for empty and edge cells.
 [[nodiscard]] constexpr Color piece_color(Piece piece) noexcept {
@@ -165,7 +165,7 @@ constexpr std::array<std::int16_t, 256> piece_value = detail::make_piece_value()
 
 // Index 0..11 of a piece of this type and colour.
 [[nodiscard]] constexpr int piece12_make(PieceType type, Color color) noexcept {
-    return type * 2 + color;
+    return type * 2 + static_cast<int>(color);
 }
 
 // Piece code of a FEN letter, 0 when the character is none of them.

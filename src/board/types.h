@@ -1,24 +1,27 @@
 // The small integer codes that the whole engine speaks: colours, squares, pieces, scores and moves.
-// They stay plain ints, because arithmetic on them is the point of each coding.
+// They stay plain integers, because arithmetic on them is the point of each coding. What indexes
+// tables all the time, colours and squares, is as wide as an address: otherwise every second index
+// would have to be widened first, which took one instruction of twenty-two.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace zar {
 
 // 0 white, 1 black, -1 on a cleared board.
-using Color = int;
+using Color = std::ptrdiff_t;
 constexpr Color kWhite = 0;
 constexpr Color kBlack = 1;
 constexpr int kColorCount = 2;
 
 // A cell of the 16x16 mailbox, row * 16 + column; a1 = 68, h8 = 187, everything outside rows and
 // columns 4..11 is edge. 0 stands for "no square". See geometry.h.
-using Square = int;
+using Square = std::ptrdiff_t;
 constexpr Square kNoSquare = 0;
 
 // 0..63, a1 = 0, b1 = 1, ... h8 = 63; used in moves, keys and piece-square tables.
-using Square64 = int;
+using Square64 = std::ptrdiff_t;
 
 // A set of flag bits, 0 for an empty cell. See piece.h.
 using Piece = int;

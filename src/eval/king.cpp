@@ -37,7 +37,7 @@ constexpr int kColumnE = kFirstLine + 4;
 constexpr int kColumnG = kFirstLine + 6;
 
 // The pawns of one colour by column, see Board.
-using PawnFiles = std::array<int, 16>;
+using PawnFiles = std::array<std::uint8_t, 16>;
 
 // The penalty of a king in this column, shielded by own pawns on these ranks.
 int shelter_penalty(const PawnFiles& files, int column, int ranks) {

@@ -103,8 +103,7 @@ template <int kStep, Color kUs>
 int reached_on_line(const PieceSum<kUs>& sum, Square from) {
     const Square ahead = end_of_ray<kStep>(sum, from);
     const Square behind = end_of_ray<-kStep>(sum, from);
-    const int steps = kStep == 1 ? ahead - behind : square_row(ahead) - square_row(behind);
-    return steps - 2;
+    return static_cast<int>((ahead - behind) / kStep) - 2;
 }
 
 template <Color kUs>
@@ -191,7 +190,7 @@ ScorePair evaluate_side(const Board& board, const PawnRecord& pawns, bool press_
         .attack = 0,
     };
     // The list holds the men type by type, so no man need be looked at for its type.
-    const int* man = board_officers(board, kUs).begin();
+    const std::uint8_t* man = board_officers(board, kUs).begin();
     const auto add_all = [&](PieceType type, auto add_one) {
         int count = board.kind_count[static_cast<std::size_t>(piece12_make(type, kUs))];
         for (; count > 0; --count) {

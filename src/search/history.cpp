@@ -33,7 +33,7 @@ void search_tables_clear(int thread) {
 }
 
 int history_index(Move move, const Board& board) {
-    return piece12_of(board_piece(board, move_from(move))) * 64 + move_to64(move);
+    return piece12_of(board_piece(board, move_from(move))) * 64 + static_cast<int>(move_to64(move));
 }
 
 void history_cutoff(Move move, const Board& board, int depth, int ply, int thread) {

@@ -28,7 +28,7 @@ std::vector<Cell> board_cells() {
     return cells;
 }
 
-bool is_on_board(int square) {
+bool is_on_board(Square square) {
     const auto cells = board_cells();
     return std::any_of(cells.begin(), cells.end(), [square](const Cell& cell) {
         return cell.row * 16 + cell.column == square;
@@ -137,8 +137,8 @@ TEST(Geometry, PawnsOfBothColoursStepTowardEachOther) {
 }
 
 TEST(Geometry, OnlyTheHomeSquaresOfKingsAndRooksTouchCastlingRights) {
-    const std::map<int, int> masks = {{kA1, 13}, {kE1, 12}, {kH1, 14},
-                                      {kA8, 7},  {kE8, 3},  {kH8, 11}};
+    const std::map<Square, int> masks = {{kA1, 13}, {kE1, 12}, {kH1, 14},
+                                         {kA8, 7},  {kE8, 3},  {kH8, 11}};
     for (Square square = 0; square < 256; ++square) {
         const auto found = masks.find(square);
         EXPECT_EQ(castle_mask_of(square), found == masks.end() ? 15 : found->second) << square;

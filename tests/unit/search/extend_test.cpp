@@ -21,8 +21,8 @@ bool is_passed_pawn_move(Move move, const Board& board) {
         return false;
     }
     const bool white = mover == 'P';
-    const int file = move_to64(move) % 8;
-    const int rank = move_to64(move) / 8;
+    const Square64 file = move_to64(move) % 8;
+    const Square64 rank = move_to64(move) / 8;
     for (Square64 index = 0; index < 64; ++index) {
         const bool ahead = white ? index / 8 > rank : index / 8 < rank;
         const Piece piece = board_piece(board, square_of_64(index));
@@ -32,7 +32,7 @@ bool is_passed_pawn_move(Move move, const Board& board) {
         const char man = piece_to_char(piece);
         const bool own = man == mover;
         const bool enemy = man == (white ? 'p' : 'P');
-        const int distance = index % 8 - file;
+        const Square64 distance = index % 8 - file;
         if ((distance == 0 && (own || enemy)) || (enemy && (distance == 1 || distance == -1))) {
             return false;
         }

@@ -105,14 +105,14 @@ inline Board board_swap_colors(const Board& board) {
     const auto flip_list = [](auto& list, int count) {
         for (int index = 0; index < count; ++index) {
             auto& square = list[static_cast<std::size_t>(index)];
-            square = square_flip_rows(square);
+            square = packed(square_flip_rows(square));
         }
     };
     for (const Square square : square_from_64) {
         const auto from = static_cast<std::size_t>(square);
         const auto to = static_cast<std::size_t>(square_flip_rows(square));
         const Piece piece = board.square[from];
-        swapped.square[to] = piece == kEmpty ? kEmpty : piece_of_12(piece12_of(piece) ^ 1);
+        swapped.square[to] = packed(piece == kEmpty ? kEmpty : piece_of_12(piece12_of(piece) ^ 1));
         swapped.list_index[to] = board.list_index[from];
     }
     for (std::size_t color = 0; color < 2; ++color) {

@@ -24,7 +24,9 @@ inline twin::Position twin_of(const std::string& fen) {
 
 inline twin::Position twin_of(const Board& board) { return twin_of(fen_of(board)); }
 
-inline twin::Square twin_square(Square64 square) { return {square % 8, square / 8}; }
+inline twin::Square twin_square(Square64 square) {
+    return {static_cast<int>(square % 8), static_cast<int>(square / 8)};
+}
 
 inline twin::Move twin_move(Move move) {
     const char promotion = move_is_promotion(move) ? "nbrq"[move >> 12 & 3] : '\0';
