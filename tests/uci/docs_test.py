@@ -1,5 +1,6 @@
 """The pages of docs/ against the program and its sources: options, errors, commands."""
 
+import configparser
 import json
 import re
 import unittest
@@ -137,6 +138,79 @@ class TestFrameworks(unittest.TestCase):
                 else:
                     least, most = re.findall(r"\d+", extra)
                     self.assertTrue(int(least) <= int(value) <= int(most))
+
+
+def cutechess_options(text):
+    return [(row["name"], row["value"]) for engine in json.loads(text) for row in engine["options"]]
+
+
+def gnome_chess_options(text):
+    stanza = configparser.ConfigParser(delimiters="=")
+    stanza.read_string(text)
+    lists = [words for key, words in stanza["zar-x3"].items() if key.startswith("options-")]
+    return [tuple(pair.split("=")) for words in lists for pair in words.split(";")]
+
+
+def scid_options(text):
+    """The pairs of the Tcl list; braces stand around names with a blank."""
+    (line,) = re.findall(r"^ *UCIoptions \{(.*)\}$", text, re.MULTILINE)
+    pairs = re.findall(r"\{(?:\{([^{}]*)\}|([^{}\s]+)) ([^{}]+)\}", line)
+    return [(braced or bare, value) for braced, bare, value in pairs]
+
+
+def lichess_bot_options(text):
+    (block,) = re.findall(r"^  uci_options:\n((?:    .*\n)+)", text, re.MULTILINE)
+    return re.findall(r'^    ([^:]+): "?([^"\n]*)"?$', block, re.MULTILINE)
+
+
+class Interfaces(unittest.TestCase):
+    """The files of docs/gui/ that others are to paste."""
+
+    FOLDER = ROOT / "docs" / "gui"
+    READERS = {
+        "cutechess-engines.json": (cutechess_options, 5),
+        "gnome-chess-engines.conf": (gnome_chess_options, 9),
+        "lichess-bot-config.yml": (lichess_bot_options, 7),
+        "scid-engines.dat": (scid_options, 2),
+    }
+
+    def setUp(self):
+        with Engine() as engine:
+            shown = engine.shown_options()
+        row = r"option name (.+) type (\w+) default (\S*)(?: min (\d+) max (\d+))?"
+        self.printed = {name: rest for name, *rest in (re.fullmatch(row, x).groups() for x in shown)}
+
+    def text(self, name):
+        return (self.FOLDER / name).read_text("utf-8")
+
+    def test_all_files_but_the_pictures_are_looked_at_here(self):
+        files = {path.name for path in self.FOLDER.iterdir() if path.suffix != ".png"}
+        self.assertEqual(set(self.READERS), files)
+
+    def test_all_options_are_printed_by_the_engine_and_their_values_are_in_range(self):
+        for file, (read, count) in self.READERS.items():
+            settings = read(self.text(file))
+            self.assertEqual(count, len(settings), file)
+            for name, value in settings:
+                with self.subTest(file=file, option=name, value=value):
+                    self.assertIn(name, self.printed)
+                    type_, _, least, most = self.printed[name]
+                    if type_ == "check":
+                        self.assertIn(str(value).lower(), ("true", "false"))
+                    elif type_ == "spin":
+                        self.assertTrue(int(least) <= int(value) <= int(most))
+
+    def test_cutechess_gets_the_types_defaults_and_ranges_that_the_engine_prints(self):
+        for engine in json.loads(self.text("cutechess-engines.json")):
+            for row in engine["options"]:
+                with self.subTest(option=row["name"]):
+                    keys = ("type", "default", "min", "max")
+                    listed = [None if key not in row else str(row[key]).lower() for key in keys]
+                    self.assertEqual(self.printed[row["name"]], listed)
+
+    def test_all_pictures_of_the_folder_are_shown_and_no_others(self):
+        shown = set(re.findall(r"\]\(gui/(\S+\.png)\)", page("gui.md")))
+        self.assertEqual({path.name for path in self.FOLDER.glob("*.png")}, shown)
 
 
 class Errors(unittest.TestCase):
