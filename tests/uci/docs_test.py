@@ -145,10 +145,11 @@ def cutechess_options(text):
 
 
 def gnome_chess_options(text):
+    """The options of all three strengths; the last word of each is the value."""
     stanza = configparser.ConfigParser(delimiters="=")
     stanza.read_string(text)
-    lists = [words for key, words in stanza["zar-x3"].items() if key.startswith("options-")]
-    return [tuple(pair.split("=")) for words in lists for pair in words.split(";")]
+    lines = [line for key, line in stanza["zar-x3"].items() if key.startswith("option-")]
+    return [tuple(line.rsplit(" ", 1)) for line in lines]
 
 
 def scid_options(text):
