@@ -10,6 +10,9 @@ namespace zar {
 
 namespace {
 
+// A piece code above all that there are.
+constexpr Piece kAboveAll = 256;
+
 // A man that can capture on the square in question; square 0 stands for none.
 struct Attacker {
     Square square;
@@ -146,23 +149,30 @@ Attacker next_attacker(Exchange& exchange, Color color) {
     return man;
 }
 
-// Adds the slider, of either colour, that attacks through `square` once the man there is gone.
-void add_hidden(Exchange& exchange, Square square, bool joined_late) {
-    const int step = delta_ray_of(square, exchange.to);
+// The slider, of either colour, that attacks the square once the man before it has left; none where
+// no such man stands behind.
+Attacker slider_behind(const Board& board, Square man, Square to) {
+    const int step = delta_ray_of(man, to);
     if (step == 0) {
-        return;
+        return {kNoSquare, kEmpty};
     }
-    Square behind = square - step;
-    while (board_piece(*exchange.board, behind) == kEmpty) {
+    Square behind = man - step;
+    while (board_piece(board, behind) == kEmpty) {
         behind -= step;
     }
-    const Piece piece = board_piece(*exchange.board, behind);
-    if ((piece & ray_mask_of(step)) != 0) {
-        Attackers& side = side_of(exchange, piece_color(piece));
-        if (side.hidden_count < kMaxMen) {
-            side.hidden[static_cast<std::size_t>(side.hidden_count++)] = {{behind, piece},
-                                                                          joined_late};
-        }
+    const Piece piece = board_piece(board, behind);
+    return (piece & ray_mask_of(step)) != 0 ? Attacker{behind, piece} : Attacker{kNoSquare, kEmpty};
+}
+
+// Adds the slider that attacks through `square` once the man there is gone.
+void add_hidden(Exchange& exchange, Square square, bool joined_late) {
+    const Attacker man = slider_behind(*exchange.board, square, exchange.to);
+    if (man.square == kNoSquare) {
+        return;
+    }
+    Attackers& side = side_of(exchange, piece_color(man.piece));
+    if (side.hidden_count < kMaxMen) {
+        side.hidden[static_cast<std::size_t>(side.hidden_count++)] = {man, joined_late};
     }
 }
 
@@ -246,6 +256,62 @@ Color exchange_start(Exchange& exchange, Move move, const Board& board) {
     return color_opposite(piece_color(board_piece(board, exchange.mover)));
 }
 
+// The man of the colour that captures first after the mover's move: the one that next_attacker
+// finds, without the records that a longer exchange needs.
+Attacker first_attacker(const Board& board, Square mover, Square to, Color color) {
+    const Square behind = to - pawn_step_of(color);
+    for (const Square from : {behind + 1, behind - 1}) {
+        if (board_piece(board, from) == pawn_of(color) && from != mover) {
+            return {from, pawn_of(color)};
+        }
+    }
+    Attacker first = slider_behind(board, mover, to);
+    Piece limit = first.piece;
+    if ((first.piece & color_bit(color)) == 0) {
+        first = {kNoSquare, kEmpty};
+        limit = kAboveAll;
+    }
+    const SquareRange men = board_pieces(board, color);
+    for (const std::uint8_t* man = men.end(); man != men.begin();) {
+        const Square from = *--man;
+        const Piece piece = board_piece(board, from);
+        if (piece >= limit) {
+            break;
+        }
+        if ((piece & delta_mask_of(from, to)) != 0 && from != mover &&
+            line_is_empty(board, from, to)) {
+            first = {from, piece};
+            limit = piece + 1;  // of one code the first in the list captures first
+        }
+    }
+    return first;
+}
+
+enum class Verdict { fails, holds, open };
+
+// Whether the opponent wins at most `bound` by capturing the moved man worth `prey`, as far as the
+// first capture and the question whether anybody can answer it tell: most of the time.
+Verdict judge_early(Move move, const Board& board, Score prey, Score bound) {
+    if (move_is_en_passant(move)) {
+        return Verdict::open;
+    }
+    const Square mover = move_from(move);
+    const Square to = move_to(move);
+    const Color color = piece_color(board_piece(board, mover));
+    const Attacker taker = first_attacker(board, mover, to, color_opposite(color));
+    if (taker.square == kNoSquare) {
+        return Verdict::holds;
+    }
+    if (piece_value_of(taker.piece) < prey - bound) {
+        return Verdict::fails;
+    }
+    if ((slider_behind(board, taker.square, to).piece & color_bit(color)) == 0 &&
+        first_attacker(board, mover, to, color).square == kNoSquare) {
+        return Verdict::fails;
+    }
+    return Verdict::open;
+}
+
 }  // namespace
 
 Score see(Move move, const Board& board) {
@@ -261,6 +327,10 @@ bool see_at_least(Move move, const Board& board, Score threshold) {
     const Score bound = first.gain - threshold;
     if (bound < 0 || bound >= first.prey) {
         return bound >= 0;
+    }
+    if (const Verdict verdict = judge_early(move, board, first.prey, bound);
+        verdict != Verdict::open) {
+        return verdict == Verdict::holds;
     }
     Exchange exchange;
     const Color opponent = exchange_start(exchange, move, board);
