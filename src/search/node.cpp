@@ -192,7 +192,6 @@ std::optional<Score> verify_null_move(Node& node) {
 
 // A side that may pass and still stands well enough will do so with a real move, too.
 std::optional<Score> try_null_move(Node& node) {
-    hash_prefetch(hash_table, node.board.key ^ random64[kTurnKeyIndex]);
     if (!null_move_is_tried(node)) {
         return std::nullopt;
     }
@@ -447,12 +446,17 @@ Score search(Board& board, Score alpha, Score beta, int depth, int ply, Line& pv
               .hash_found = false,
               .hash = {},
               .hash_move = kMoveNone};
+    hash_prefetch(hash_table, board.key ^ random64[kTurnKeyIndex]);  // for the null move
     probe_hash(node);
     if (const std::optional<Score> score = hash_score(node)) {
         return *score;
     }
     if (ply > kLastPly) {
         return evaluate(board, alpha, beta, thread);
+    }
+    // The stored move may be one of another position.
+    if (board_piece(board, move_from(node.hash_move)) != kEmpty) {
+        hash_prefetch(hash_table, key_after(board, node.hash_move));
     }
     attack_set(node.attack, board);
     node.in_check = node.attack.count > 0;

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "board/attack.h"
-#include "board/key.h"
 #include "board/make.h"
 #include "eval/draws.h"
 #include "eval/eval.h"
@@ -132,7 +131,6 @@ bool delta_prunes(QNode& node, Move move) {
 
 Score search_move(QNode& node, Move move, Line& child_pv) {
     UndoInfo undo;
-    hash_prefetch(hash_table, key_after(node.board, move));
     move_do(node.board, move, undo);
     count_node(node.ply + 1, node.thread);
     child_pv[0] = kMoveNone;
