@@ -90,20 +90,32 @@ int own_pawns_defending(const PieceSum<kUs>& sum, Square square) {
 // The first square along the step that is not empty.
 template <int kStep, Color kUs>
 Square end_of_ray(const PieceSum<kUs>& sum, Square from) {
-    auto to = static_cast<std::size_t>(from);
+    Square to = from;
     do {
-        to += static_cast<std::size_t>(kStep);
-    } while (sum.board.square[to] == kEmpty);
-    return static_cast<Square>(to);
+        to += kStep;
+    } while (sum.at(to) == kEmpty);
+    return to;
 }
 
-// Empty squares on both sides of the square, up to the first man or edge: the ends of the line say
-// how many there are, so that the walk itself counts nothing.
+// The way from one end of a line through the square to the other, which are men or edges: a step
+// for each empty square and two more.
 template <int kStep, Color kUs>
-int reached_on_line(const PieceSum<kUs>& sum, Square from) {
-    const Square ahead = end_of_ray<kStep>(sum, from);
-    const Square behind = end_of_ray<-kStep>(sum, from);
-    return static_cast<int>((ahead - behind) / kStep) - 2;
+Square line_length(const PieceSum<kUs>& sum, Square from) {
+    return end_of_ray<kStep>(sum, from) - end_of_ray<-kStep>(sum, from);
+}
+
+// Empty squares on two diagonals, from both lengths at once. Steps of 17 and 15 are rows of 16 and
+// columns; at most seven columns are left over, so rounding leaves the rows.
+template <Color kUs>
+std::size_t reached_on_diagonals(const PieceSum<kUs>& sum, Square from) {
+    const Square length = line_length<17>(sum, from) + line_length<15>(sum, from);
+    return static_cast<std::size_t>(((length + kRowStep / 2) >> 4) - 4);
+}
+
+template <Color kUs>
+std::size_t reached_on_rank_and_file(const PieceSum<kUs>& sum, Square from) {
+    return static_cast<std::size_t>((line_length<kRowStep>(sum, from) >> 4) +
+                                    line_length<1>(sum, from) - 4);
 }
 
 template <Color kUs>
@@ -139,16 +151,14 @@ void add_bishop(PieceSum<kUs>& sum, Square square) {
         sum.at(ahead - 1) == kEnemyPawn<kUs> && sum.at(ahead + 1) == kEnemyPawn<kUs>;
     const auto& mobility =
         shut_in ? eval_weights.mobility.shut_in_bishop : eval_weights.mobility.bishop;
-    const int reached = reached_on_line<17>(sum, square) + reached_on_line<15>(sum, square);
-    sum.add(mobility[static_cast<std::size_t>(reached)]);
+    sum.add(mobility[reached_on_diagonals(sum, square)]);
 }
 
 template <Color kUs>
 void add_rook(PieceSum<kUs>& sum, Square square) {
     const MobilityWeights& weights = eval_weights.mobility;
     count_attacker(sum, square, 2);
-    const int reached = reached_on_line<kRowStep>(sum, square) + reached_on_line<1>(sum, square);
-    sum.score += weights.rook[static_cast<std::size_t>(reached)];
+    sum.score += weights.rook[reached_on_rank_and_file(sum, square)];
     const int column = square_column(square);
     const auto file = static_cast<std::size_t>(column);
     if (sum.board.pawn_file[kUs][file] == 0) {
@@ -192,8 +202,9 @@ ScorePair evaluate_side(const Board& board, const PawnRecord& pawns, bool press_
     // The list holds the men type by type, so no man need be looked at for its type.
     const std::uint8_t* man = board_officers(board, kUs).begin();
     const auto add_all = [&](PieceType type, auto add_one) {
-        int count = board.kind_count[static_cast<std::size_t>(piece12_make(type, kUs))];
-        for (; count > 0; --count) {
+        const std::uint8_t* const end =
+            man + board.kind_count[static_cast<std::size_t>(piece12_make(type, kUs))];
+        while (man != end) {
             add_one(sum, *man++);
         }
     };
