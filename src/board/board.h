@@ -46,28 +46,28 @@ struct Board {
     std::array<std::array<std::uint8_t, 16>, 2> pawn_file;
     // Number of entries in `key_history`.
     int sp;
-    // From here on what changes with every move; UndoInfo keeps it in the same order, so that it is
-    // saved and restored by a few wide copies.
+    // From here to `last_move`: what changes with every move. UndoInfo keeps it in the same order, so
+    // that it is saved and restored as one piece.
     Color turn;
-    int castle_flags;
     // Square that an en-passant capture would move to; 0 unless an enemy pawn stands beside the
     // pawn that has just made its double step.
     Square ep_square;
-    // Half-moves since the last capture or pawn move.
-    int ply_nb;
     // To-square of the last move if it captured or promoted, else 0.
     Square cap_sq;
-    // Piece code that made the last move; 0 after set-up and null moves.
-    Piece moved_piece;
-    // Sums of the piece-square values of all men, White's view.
-    int pst_opening;
-    int pst_endgame;
-    // The last move, a legal one; 0 after set-up, and kMoveNull after a null move.
-    Move last_move;
     // Keys of the whole position, of the pawns alone and of the counts of men. See key.h.
     std::uint64_t key;
     std::uint64_t pawn_key;
     std::uint64_t material_key;
+    int castle_flags;
+    // Half-moves since the last capture or pawn move.
+    int ply_nb;
+    // Sums of the piece-square values of all men, White's view.
+    int pst_opening;
+    int pst_endgame;
+    // Piece code that made the last move; 0 after set-up and null moves.
+    Piece moved_piece;
+    // The last move, a legal one; 0 after set-up, and kMoveNull after a null move.
+    Move last_move;
     // Keys of the positions before this one, oldest first.
     std::array<std::uint64_t, kKeyHistorySize> key_history;
 };

@@ -12,17 +12,17 @@ namespace zar {
 // that it changes.
 struct UndoInfo {
     Color turn;
-    int castle_flags;
     Square ep_square;
-    int ply_nb;
     Square cap_sq;
-    Piece moved_piece;
-    int pst_opening;
-    int pst_endgame;
-    Move last_move;
     std::uint64_t key;
     std::uint64_t pawn_key;
     std::uint64_t material_key;
+    int castle_flags;
+    int ply_nb;
+    int pst_opening;
+    int pst_endgame;
+    Piece moved_piece;
+    Move last_move;
     bool captured;
     Square cap_square;  // where the man stood that was taken
     Piece cap_piece;

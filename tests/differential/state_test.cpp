@@ -33,17 +33,18 @@ using DifferentialState = test::SearchTest;
 
 // Are two boards the same byte for byte, but for the unused end of the key history?
 bool bytes_agree(const Board& a, const Board& b) {
-    // There is padding between the last move and the keys, and nowhere else.
-    constexpr std::size_t kHead = offsetof(Board, last_move) + sizeof(Board::last_move);
-    constexpr std::size_t kKeys = offsetof(Board, key);
+    // There is padding between `sp` and the turn and behind the last move, and nowhere else.
+    constexpr std::size_t kHead = offsetof(Board, sp) + sizeof(Board::sp);
+    constexpr std::size_t kState = offsetof(Board, turn);
+    constexpr std::size_t kEnd = offsetof(Board, last_move) + sizeof(Board::last_move);
     constexpr std::size_t kHistory = offsetof(Board, key_history);
-    static_assert(kKeys - kHead < sizeof(std::uint64_t));
-    static_assert(kHistory == kKeys + 3 * sizeof(std::uint64_t));
+    static_assert(kState - kHead < sizeof(std::uint64_t));
+    static_assert(kHistory - kEnd < sizeof(std::uint64_t));
     static_assert(kHistory + sizeof(Board::key_history) == sizeof(Board));
     const auto* const first = reinterpret_cast<const unsigned char*>(&a);
     const auto* const second = reinterpret_cast<const unsigned char*>(&b);
     if (std::memcmp(first, second, kHead) != 0 ||
-        std::memcmp(first + kKeys, second + kKeys, kHistory - kKeys) != 0) {
+        std::memcmp(first + kState, second + kState, kEnd - kState) != 0) {
         return false;
     }
     const auto used = static_cast<std::size_t>(a.sp) * sizeof(a.key_history[0]);
