@@ -235,22 +235,28 @@ constexpr std::array<std::uint8_t, kDeltaCount> king_distance =
     return king_distance[static_cast<std::size_t>(to - from + kDeltaBias)];
 }
 
+namespace detail {
+
+constexpr int kStepBias = 17;
+
+consteval std::array<std::uint8_t, 2 * kStepBias + 1> make_ray_mask() {
+    std::array<std::uint8_t, 2 * kStepBias + 1> table{};
+    for (const int step : {-17, -15, 15, 17}) {
+        table[static_cast<std::size_t>(step + kStepBias)] = 32;
+    }
+    for (const int step : {-16, -1, 1, 16}) {
+        table[static_cast<std::size_t>(step + kStepBias)] = 64;
+    }
+    return table;
+}
+
+}  // namespace detail
+
+constexpr auto ray_mask = detail::make_ray_mask();
+
 // The slider bit (32 bishop, 64 rook) that moves along this unit step, -17..17; 0 for others.
 [[nodiscard]] constexpr int ray_mask_of(int step) noexcept {
-    switch (step) {
-        case -17:
-        case -15:
-        case 15:
-        case 17:
-            return 32;
-        case -16:
-        case -1:
-        case 1:
-        case 16:
-            return 64;
-        default:
-            return 0;
-    }
+    return ray_mask[static_cast<std::size_t>(step + detail::kStepBias)];
 }
 
 }  // namespace zar
