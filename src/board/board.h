@@ -46,8 +46,8 @@ struct Board {
     std::array<std::array<std::uint8_t, 16>, 2> pawn_file;
     // Number of entries in `key_history`.
     int sp;
-    // From here to `last_move`: what changes with every move. UndoInfo keeps it in the same order, so
-    // that it is saved and restored as one piece.
+    // From here to `last_move`: what changes with every move. UndoInfo keeps it in the same order,
+    // so that it is saved and restored as one piece.
     Color turn;
     // Square that an en-passant capture would move to; 0 unless an enemy pawn stands beside the
     // pawn that has just made its double step.

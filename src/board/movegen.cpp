@@ -69,24 +69,49 @@ void gen_pieces(MoveList& list, const Board& board) {
     }
 }
 
+template <Color kUs>
 void gen_pawn_captures(MoveList& list, const Board& board, Square from) {
-    const int enemy_bit = color_bit(color_opposite(board.turn));
-    const Square ahead = from + pawn_step_of(board.turn);
+    constexpr int kEnemyBit = color_bit(color_opposite(kUs));
+    const Square ahead = from + pawn_step_of(kUs);
     for (const Square to : {ahead - 1, ahead + 1}) {
-        if ((board_piece(board, to) & enemy_bit) != 0) {
+        if ((board_piece(board, to) & kEnemyBit) != 0) {
             list_add_pawn_move(list, from, to);
         }
     }
 }
 
+template <Color kUs>
 void gen_pawn_push(MoveList& list, const Board& board, Square from) {
-    const int forward = pawn_step_of(board.turn);
-    if (board_piece(board, from + forward) != kEmpty) {
+    constexpr int kForward = pawn_step_of(kUs);
+    if (board_piece(board, from + kForward) != kEmpty) {
         return;
     }
-    list_add_pawn_move(list, from, from + forward);
-    if (is_second_rank(from, board.turn) && board_piece(board, from + 2 * forward) == kEmpty) {
-        list_add(list, move_make(from, from + 2 * forward));
+    list_add_pawn_move(list, from, from + kForward);
+    if (is_second_rank(from, kUs) && board_piece(board, from + 2 * kForward) == kEmpty) {
+        list_add(list, move_make(from, from + 2 * kForward));
+    }
+}
+
+// Promotions count as captures.
+template <Targets kTargets, Color kUs>
+void gen_pawns_of(MoveList& list, const Board& board) {
+    for (const Square from : board_pawns(board, kUs)) {
+        if constexpr (kTargets != Targets::quiets) {
+            gen_pawn_captures<kUs>(list, board, from);
+        }
+        if (kTargets == Targets::all ||
+            is_seventh_rank(from, kUs) == (kTargets == Targets::captures)) {
+            gen_pawn_push<kUs>(list, board, from);
+        }
+    }
+}
+
+template <Targets kTargets>
+void gen_pawns(MoveList& list, const Board& board) {
+    if (board.turn == kWhite) {
+        gen_pawns_of<kTargets, kWhite>(list, board);
+    } else {
+        gen_pawns_of<kTargets, kBlack>(list, board);
     }
 }
 
@@ -154,10 +179,7 @@ void gen_castling(MoveList& list, const Board& board) {
 void gen_moves(MoveList& list, Board& board) {
     list.size = 0;
     gen_pieces<Targets::all>(list, board);
-    for (const Square from : board_pawns(board, board.turn)) {
-        gen_pawn_captures(list, board, from);
-        gen_pawn_push(list, board, from);
-    }
+    gen_pawns<Targets::all>(list, board);
     gen_en_passant(list, board);
     gen_castling(list, board);
 }
@@ -165,23 +187,14 @@ void gen_moves(MoveList& list, Board& board) {
 void gen_captures(MoveList& list, const Board& board) {
     list.size = 0;
     gen_pieces<Targets::captures>(list, board);
-    for (const Square from : board_pawns(board, board.turn)) {
-        gen_pawn_captures(list, board, from);
-        if (is_seventh_rank(from, board.turn)) {
-            gen_pawn_push(list, board, from);
-        }
-    }
+    gen_pawns<Targets::captures>(list, board);
     gen_en_passant(list, board);
 }
 
 void gen_quiets(MoveList& list, const Board& board) {
     list.size = 0;
     gen_pieces<Targets::quiets>(list, board);
-    for (const Square from : board_pawns(board, board.turn)) {
-        if (!is_seventh_rank(from, board.turn)) {
-            gen_pawn_push(list, board, from);
-        }
-    }
+    gen_pawns<Targets::quiets>(list, board);
     gen_castling(list, board);
 }
 

@@ -254,10 +254,12 @@ void qpicker_init(Picker& picker, Board& board, const Attack& attack, bool inclu
 }
 
 bool picker_advance(Picker& picker, int thread) {
+    if (*picker.stage != Stage::end) {
+        ++picker.stage;
+    }
     if (*picker.stage == Stage::end) {
         return false;
     }
-    ++picker.stage;
     enter_stage(picker, search_thread(thread));
     return true;
 }
