@@ -13,7 +13,7 @@
 namespace zar {
 
 constexpr int kSquareCount = 256;
-constexpr int kRowStep = 16;
+constexpr Square kRowStep = 16;
 constexpr int kFirstLine = 4;  // row of rank 1, column of file a
 constexpr int kLastLine = 11;  // row of rank 8, column of file h
 
@@ -112,9 +112,9 @@ enum : Square {
 // clang-format on
 
 // The forward step of a pawn, by colour.
-constexpr std::array<int, kColorCount> pawn_step = {kRowStep, -kRowStep};
+constexpr std::array<Square, kColorCount> pawn_step = {kRowStep, -kRowStep};
 
-[[nodiscard]] constexpr int pawn_step_of(Color color) noexcept {
+[[nodiscard]] constexpr Square pawn_step_of(Color color) noexcept {
     return color == kWhite ? kRowStep : -kRowStep;
 }
 
@@ -142,7 +142,7 @@ consteval std::array<Entry, kDeltaCount> make_delta_table(Rule rule) {
     std::array<Entry, kDeltaCount> table{};
     for (int row = -7; row <= 7; ++row) {
         for (int column = -7; column <= 7; ++column) {
-            const int delta = row * kRowStep + column;
+            const Square delta = row * kRowStep + column;
             table[static_cast<std::size_t>(delta + kDeltaBias)] =
                 static_cast<Entry>(rule(row, column));
         }
@@ -162,7 +162,7 @@ constexpr bool is_orthogonal(int row, int column) { return (row == 0) != (column
 
 constexpr bool is_knight_step(int row, int column) { return absolute(row * column) == 2; }
 
-constexpr int ray_step(int row, int column) {
+constexpr Square ray_step(int row, int column) {
     const bool on_line = is_diagonal(row, column) || is_orthogonal(row, column);
     return on_line ? sign(row) * kRowStep + sign(column) : 0;
 }

@@ -18,7 +18,7 @@ namespace zar {
 
 // Term of a man on a square. The XOR turns white-first piece order into the format's order.
 [[nodiscard]] inline std::uint64_t piece_key_of(int piece12, Square64 square) noexcept {
-    return random64[static_cast<std::size_t>(64 * (piece12 ^ 1) + square)];
+    return random64[64 * static_cast<std::size_t>(piece12 ^ 1) + static_cast<std::size_t>(square)];
 }
 
 // Term of the (count + 1)th man of a kind in `material_key`.

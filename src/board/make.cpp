@@ -13,6 +13,11 @@ namespace {
 
 std::size_t index_of(std::ptrdiff_t value) { return static_cast<std::size_t>(value); }
 
+// Place of the man on the square in its list; -1 for an empty square.
+int place_of(const Board& board, Square square) {
+    return static_cast<int>(board.list_index[index_of(square)]);
+}
+
 // A list of men and its length, whichever of a colour's two lists the piece belongs to.
 struct ManList {
     std::uint8_t* square;
@@ -62,7 +67,7 @@ void list_insert(Board& board, const ManList& list, int index, Square man) {
 void square_clear(Board& board, Square square, Piece piece, bool update_keys) {
     const Color color = piece_color(piece);
     const int kind = piece12_of(piece);
-    const int index = board.list_index[index_of(square)];
+    const int index = place_of(board, square);
     assert(index >= 0 && board_piece(board, square) == piece);
     board.square[index_of(square)] = kEmpty;
     board.list_index[index_of(square)] = -1;
@@ -102,7 +107,7 @@ void square_put(Board& board, Square square, Piece piece, int index) {
 
 // Moves a man to an empty square, without touching sums and keys.
 [[gnu::always_inline]] inline void square_shift(Board& board, Square from, Square to, Piece piece) {
-    const int index = board.list_index[index_of(from)];
+    const int index = place_of(board, from);
     assert(index >= 0 && board_piece(board, from) == piece && board_piece(board, to) == kEmpty);
     board.square[index_of(from)] = kEmpty;
     board.list_index[index_of(from)] = -1;
@@ -149,7 +154,7 @@ int promotion_index(const Board& board, Piece piece) {
 [[gnu::noinline]] void promote(Board& board, Move move, Piece pawn, UndoInfo& undo) {
     const Square from = move_from(move);
     const Square to = move_to(move);
-    undo.pawn_index = board.list_index[index_of(from)];
+    undo.pawn_index = place_of(board, from);
     square_clear(board, from, pawn, true);
     const Piece piece = move_promote(move);
     const int kind = piece12_of(piece);
@@ -249,7 +254,7 @@ void capture(Board& board, Move move, UndoInfo& undo) {
     undo.captured = true;
     undo.cap_square = victim;
     undo.cap_piece = piece;
-    undo.cap_index = board.list_index[index_of(victim)];
+    undo.cap_index = place_of(board, victim);
     square_clear(board, victim, piece, true);
     board.ply_nb = 0;
     board.cap_sq = to;

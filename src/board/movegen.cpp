@@ -82,7 +82,7 @@ void gen_pawn_captures(MoveList& list, const Board& board, Square from) {
 
 template <Color kUs>
 void gen_pawn_push(MoveList& list, const Board& board, Square from) {
-    constexpr int kForward = pawn_step_of(kUs);
+    constexpr Square kForward = pawn_step_of(kUs);
     if (board_piece(board, from + kForward) != kEmpty) {
         return;
     }

@@ -63,7 +63,7 @@ void for_each_quiet_target(const Board& board, Square from, Accept accept) {
 // Calls `accept(to)` for the single and the double push, never for one to the last rank.
 template <typename Accept>
 void for_each_push(const Board& board, Square from, Accept accept) {
-    const int forward = pawn_step_of(board.turn);
+    const Square forward = pawn_step_of(board.turn);
     if (is_seventh_rank(from, board.turn) || board_piece(board, from + forward) != kEmpty) {
         return;
     }

@@ -21,7 +21,7 @@ struct Generator {
     Board& board;
     const Attack& attack;
     Square king;
-    int forward;  // the pawn step of the side in check
+    Square forward;  // the pawn step of the side in check
     int enemy_bit;
 
     [[nodiscard]] bool done() const { return kEvasions == Evasions::any && list.size > 0; }

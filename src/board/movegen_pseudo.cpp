@@ -14,7 +14,7 @@ bool is_in_full_list(Move move, Board& board) {
 }
 
 bool pawn_move_is_pseudo(const Board& board, Square from, Square to) {
-    const int forward = pawn_step_of(board.turn);
+    const Square forward = pawn_step_of(board.turn);
     if (square_is_promotion_rank(to)) {
         return false;  // only the promotion kind goes there
     }

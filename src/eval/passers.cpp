@@ -36,7 +36,7 @@ Passer passer_on(const Board& board, Color color, int column) {
 
 // Does an own man, the king included, stand in the way?
 bool is_blocked_by_own(const Board& board, const Passer& pawn) {
-    const int step = pawn_step_of(pawn.color);
+    const Square step = pawn_step_of(pawn.color);
     for (Square square = pawn.stop; square_is_on_board(square); square += step) {
         if ((board_piece(board, square) & color_bit(pawn.color)) != 0) {
             return true;

@@ -32,7 +32,7 @@ consteval std::array<std::int8_t, kDeltaCount> make_queen_near_king() {
     std::array<std::int8_t, kDeltaCount> table{};
     for (int row = -7; row <= 7; ++row) {
         for (int column = -7; column <= 7; ++column) {
-            const int delta = row * kRowStep + column;
+            const Square delta = row * kRowStep + column;
             const int steps = (row < 0 ? -row : row) + (column < 0 ? -column : column);
             table[static_cast<std::size_t>(delta + kDeltaBias)] =
                 static_cast<std::int8_t>(10 - steps);

@@ -251,7 +251,7 @@ int plain_endgame_score(const Board& board, Color color, const PawnRecord& pawns
         return (board_piece(board, square - 1) == pawn_of(enemy) ? 1 : 0) +
                (board_piece(board, square + 1) == pawn_of(enemy) ? 1 : 0);
     };
-    const int forward = pawn_step_of(color);
+    const Square forward = pawn_step_of(color);
     int score = 0;
     for (Square64 index = 0; index < 64; ++index) {
         const Square square = square_of_64(index);
