@@ -263,7 +263,6 @@ void capture(Board& board, Move move, UndoInfo& undo) {
 }  // namespace
 
 void move_do(Board& board, Move move, UndoInfo& undo) {
-    assert(board_consistent(board));
     save_state(board, undo);
     undo.captured = false;
     const Square from = move_from(move);

@@ -5,11 +5,8 @@
 
 namespace zar {
 
-bool move_makes_passed_pawn(Move move, const Board& board) {
+bool pawn_move_makes_passed_pawn(Move move, const Board& board) {
     const Piece piece = board_piece(board, move_from(move));
-    if (!piece_is_pawn(piece)) {
-        return false;
-    }
     const Color color = piece_color(piece);
     const Square to = move_to(move);
     const auto column = static_cast<std::size_t>(square_column(to));

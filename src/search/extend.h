@@ -10,9 +10,15 @@ namespace zar {
 // Exchanges that lose no more than this are worth looking deeper into.
 constexpr Score kExtensionExchange = -100;
 
-// Is this a pawn move to a square where the pawn is passed: no pawn ahead of it on its file, no
+// Of a pawn move: is the pawn passed on its new square, with no pawn ahead of it on its file and no
 // enemy pawn ahead of it on the files beside?
-[[nodiscard]] bool move_makes_passed_pawn(Move move, const Board& board);
+[[nodiscard]] bool pawn_move_makes_passed_pawn(Move move, const Board& board);
+
+// The same of any move; false for other men.
+[[nodiscard]] inline bool move_makes_passed_pawn(Move move, const Board& board) {
+    return piece_is_pawn(board_piece(board, move_from(move))) &&
+           pawn_move_makes_passed_pawn(move, board);
+}
 
 // Does the move take a piece (no pawn) where the sides have 1 and 2, or 2 and 3 pieces, kings
 // included, in either order?
