@@ -159,6 +159,14 @@ def scid_options(text):
     return [(braced or bare, value) for braced, bare, value in pairs]
 
 
+def xboard_options(text):
+    """None: the three lines are the kind of file, the way to start the engine, and the game."""
+    kind, command, game = text.splitlines()
+    assert kind.startswith("plugin ") and game == "chess", text
+    assert re.fullmatch(r"cd (/\S+);(/\S+)/zar-x3", command), text
+    return []
+
+
 def lichess_bot_options(text):
     (block,) = re.findall(r"^  uci_options:\n((?:    .*\n)+)", text, re.MULTILINE)
     return re.findall(r'^    ([^:]+): "?([^"\n]*)"?$', block, re.MULTILINE)
@@ -173,6 +181,7 @@ class Interfaces(unittest.TestCase):
         "gnome-chess-engines.conf": (gnome_chess_options, 9),
         "lichess-bot-config.yml": (lichess_bot_options, 7),
         "scid-engines.dat": (scid_options, 2),
+        "zar-x3.eng": (xboard_options, 0),
     }
 
     def setUp(self):
