@@ -279,5 +279,16 @@ TEST(Exchange, TheShortQuestionAgreesWithTheValue) {
     EXPECT_GT(losing, 1000);
 }
 
+TEST(Exchange, ThresholdsOfAManUncoveredByTheMoverComeBeforeItsEqualInPlainView) {
+    // The queen on d2, uncovered, captures before the one on a5, and only it uncovers the rook. The
+    // other way round White would have nothing to capture with.
+    const char* const fen = "7k/8/8/q2r4/8/3Q4/3q4/3R3K w - - 0 1";
+    const Board board = board_of(fen);
+    const Move move = move_make(kD3, kD5);
+    EXPECT_EQ(see(move, board), 0) << fen;
+    EXPECT_TRUE(see_at_least(move, board, 0)) << fen;
+    EXPECT_FALSE(see_at_least(move, board, 1)) << fen;
+}
+
 }  // namespace
 }  // namespace zar
