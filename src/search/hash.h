@@ -76,6 +76,8 @@ inline void hash_prefetch(const HashTable& table, std::uint64_t key) noexcept {
     const HashEntry* const cluster = table.entries + (key & table.slot_mask);
     __builtin_prefetch(cluster);
     __builtin_prefetch(cluster + kHashClusterSize - 1);
+    // To GCC 12 a function that only fetches has no effect: it drops calls that it does not inline.
+    asm volatile("");
 }
 
 // Stores a result: draft in plies (its low 8 bits are kept), bound 1..3, value by value_to_hash
