@@ -179,6 +179,11 @@ void evaluate_pawns(PawnRecord& record, const Board& board, int thread) {
     }
 }
 
+void pawns_prefetch(const Board& board, int thread) {
+    __builtin_prefetch(cache_entry(pawn_cache, board.pawn_key, thread));
+    asm volatile("");  // see hash_prefetch
+}
+
 Square most_advanced_pawn(const Board& board, Color color, int column) {
     const int rank = rank_highest(pawns_on(board, color, column));
     const Square square = square_make(kFirstLine + rank - 1, column);

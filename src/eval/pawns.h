@@ -47,6 +47,9 @@ constexpr std::array<int, 9> kPasserRankFactor = {0, 0, 0, 0, 26, 77, 154, 256, 
 // Fills the record from the thread's cache, or computes and caches it.
 void evaluate_pawns(PawnRecord& record, const Board& board, int thread);
 
+// Tells the processor that the position's pawns will be evaluated soon.
+void pawns_prefetch(const Board& board, int thread);
+
 // On a mailbox column where the colour has a pawn.
 [[nodiscard]] Square most_advanced_pawn(const Board& board, Color color, int column);
 

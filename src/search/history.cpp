@@ -67,10 +67,11 @@ void history_bad(Move move, const Board& board, int thread) {
     }
 }
 
-int history_ratio(Move move, const Board& board, int thread) {
+bool history_is_below(int threshold, Move move, const Board& board, int thread) {
     const SearchThread& self = search_thread(thread);
     const auto index = static_cast<std::size_t>(history_index(move, board));
-    return self.history_success[index] * kHistoryRatioOne / self.history_tried[index];
+    // Not divided, which would take longer than all the rest.
+    return self.history_success[index] * kHistoryRatioOne < threshold * self.history_tried[index];
 }
 
 }  // namespace zar

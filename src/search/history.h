@@ -25,7 +25,8 @@ void history_cutoff(Move move, const Board& board, int depth, int ply, int threa
 void history_good(Move move, const Board& board, int thread);
 void history_bad(Move move, const Board& board, int thread);
 
-// How often the move succeeded when it was searched, 0..kHistoryRatioOne.
-[[nodiscard]] int history_ratio(Move move, const Board& board, int thread);
+// Did the move succeed less often, of the times it was searched, than this threshold says,
+// 0..kHistoryRatioOne?
+[[nodiscard]] bool history_is_below(int threshold, Move move, const Board& board, int thread);
 
 }  // namespace zar

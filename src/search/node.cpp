@@ -9,6 +9,7 @@
 #include "board/make.h"
 #include "eval/draws.h"
 #include "eval/eval.h"
+#include "eval/pawns.h"
 #include "search/budget.h"
 #include "search/extend.h"
 #include "search/hash.h"
@@ -55,6 +56,7 @@ struct MoveLoop {
     Score best = kNoScore;
     Score alpha;  // raised by good moves
     Move best_move = kMoveNone;
+    int history_threshold;  // of kHistoryRatioOne
     int searched_count = 0;
     std::array<Move, kMaxMoves> searched;
     bool first_reduction_pending = true;
@@ -267,16 +269,21 @@ bool move_is_extended(const Node& node, const Picker& picker, Move move, bool& e
     return ext;
 }
 
+int history_threshold(int depth) {
+    return 2 * search_parameters.history_threshold / (depth + (depth & 1));
+}
+
 // Has the move failed too often elsewhere to be worth a look here?
 bool history_prunes(const Node& node, const MoveLoop& loop, Move move) {
     if (node.type == kPvNode || node.in_check || node.depth > kHistoryPruningDepth ||
         loop.searched_count <= node.depth) {
         return false;
     }
-    const int threshold = 2 * search_parameters.history_threshold / (node.depth + (node.depth & 1));
-    const int ratio =
-        loop.picker.served_quiet ? history_ratio(move, node.board, node.thread) : kHistoryRatioOne;
-    return ratio < threshold && !move_makes_passed_pawn(move, node.board);
+    const bool is_poor =
+        loop.picker.served_quiet
+            ? history_is_below(loop.history_threshold, move, node.board, node.thread)
+            : kHistoryRatioOne < loop.history_threshold;
+    return is_poor && !move_makes_passed_pawn(move, node.board);
 }
 
 Score futility_value(const Node& node, const MoveLoop& loop) {
@@ -370,6 +377,7 @@ Score no_cut_off(const Node& node, const MoveLoop& loop) {
 Score search_moves(Node& node) {
     MoveLoop loop;
     loop.alpha = node.alpha;
+    loop.history_threshold = history_threshold(node.depth);
     picker_init(loop.picker, node.board, node.attack, node.ply, node.hash_move, node.thread);
     while (const Move move = next_move(loop.picker, node.thread)) {
         bool ext = false;
@@ -446,6 +454,7 @@ Score search(Board& board, Score alpha, Score beta, int depth, int ply, Line& pv
               .hash_found = false,
               .hash = {},
               .hash_move = kMoveNone};
+    pawns_prefetch(board, thread);
     hash_prefetch(hash_table, board.key ^ random64[kTurnKeyIndex]);  // for the null move
     probe_hash(node);
     if (const std::optional<Score> score = hash_score(node)) {

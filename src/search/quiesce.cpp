@@ -6,6 +6,7 @@
 #include "board/make.h"
 #include "eval/draws.h"
 #include "eval/eval.h"
+#include "eval/pawns.h"
 #include "search/budget.h"
 #include "search/hash.h"
 #include "search/order.h"
@@ -220,6 +221,7 @@ Score qsearch(Board& board, Score alpha, Score beta, int qdepth, int ply, Line& 
                .best_move = kMoveNone,
                .delta_base = 0};
     Score score = 0;
+    pawns_prefetch(board, thread);
     if (mate_distance_cuts(board, node.alpha, node.beta, ply, score) || hash_cuts(node, score)) {
         return score;
     }
