@@ -6,8 +6,8 @@
 // hurt. What a reader may rely on is that each word is whole.
 //
 //   word 0  the full position key, 0 in an empty entry
-//   word 1  bits 0-15 move, 16-17 bound, 18-25 draft with its high bit flipped, 28-31 date of the
-//           search, 32-47 value
+//   word 1  bits 0-15 move, 32-47 value, 50-51 bound, 52-59 draft with its high bit flipped,
+//           60-63 date of the search
 //
 // An empty entry has draft 128 and nothing else, so both of its words are 0 and fresh pages of
 // memory are an empty table.

@@ -50,9 +50,9 @@ class Hash : public ::testing::Test {
 
 // The data word as the header describes it.
 std::uint64_t data_word(Move move, int depth, int bound, std::uint32_t date, Score value) {
-    return std::uint64_t{move} | static_cast<std::uint64_t>(bound) << 16 |
-           static_cast<std::uint64_t>(depth ^ 128) << 18 | std::uint64_t{date} << 28 |
-           std::uint64_t{static_cast<std::uint16_t>(value)} << 32;
+    return std::uint64_t{move} | std::uint64_t{static_cast<std::uint16_t>(value)} << 32 |
+           static_cast<std::uint64_t>(bound) << 50 | static_cast<std::uint64_t>(depth ^ 128) << 52 |
+           std::uint64_t{date} << 60;
 }
 
 TEST(HashSize, NoMemoryAfterInit) {
