@@ -280,7 +280,7 @@ bool history_prunes(const Node& node, const MoveLoop& loop, Move move) {
         return false;
     }
     const bool is_poor =
-        loop.picker.served_quiet
+        picker_is_quiet(loop.picker)
             ? history_is_below(loop.history_threshold, move, node.board, node.thread)
             : kHistoryRatioOne < loop.history_threshold;
     return is_poor && !move_makes_passed_pawn(move, node.board);
@@ -312,6 +312,20 @@ bool futility_prunes(Node& node, MoveLoop& loop, Move move) {
         node.pv[0] = kMoveNone;
     }
     return true;
+}
+
+// Would a quiet move be pruned and change nothing? Asked before the costly tests: at the least
+// depths this is the lot of most moves.
+bool is_pointless(const Node& node, const MoveLoop& loop, Move move) {
+    if (node.type == kPvNode) {
+        return false;
+    }
+    // The first one pruned has left its value in `best`.
+    const bool futile = loop.futility_known && loop.futility_value <= loop.alpha;
+    const bool is_poor =
+        futile || (node.depth <= kHistoryPruningDepth && loop.searched_count > node.depth &&
+                   history_is_below(loop.history_threshold, move, node.board, node.thread));
+    return is_poor && !move_is_check(move, node.board) && !move_makes_passed_pawn(move, node.board);
 }
 
 // Plies by which a late move is searched less deep at first.
@@ -379,7 +393,8 @@ Score search_moves(Node& node) {
     loop.alpha = node.alpha;
     loop.history_threshold = history_threshold(node.depth);
     picker_init(loop.picker, node.board, node.attack, node.ply, node.hash_move, node.thread);
-    while (const Move move = next_move(loop.picker, node.thread)) {
+    const auto skip = [&](Move move) { return is_pointless(node, loop, move); };
+    while (const Move move = next_move(loop.picker, skip, node.thread)) {
         bool ext = false;
         const bool extended = move_is_extended(node, loop.picker, move, ext);
         int reduction = 0;

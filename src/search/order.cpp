@@ -136,11 +136,6 @@ void enter_stage(Picker& picker, const SearchThread& self) {
     picker.next = 0;
     picker.size = 0;
     switch (*picker.stage) {
-        case Stage::hash_move:
-            if (move_is_ok(picker.hash_move) && move_is_pseudo(picker.hash_move, board)) {
-                serve(picker, picker.hash_move);
-            }
-            break;
         case Stage::captures:
         case Stage::q_captures:
             gen_captures(list, board);
@@ -176,6 +171,7 @@ void enter_stage(Picker& picker, const SearchThread& self) {
                 serve(picker, list.move[i]);
             }
             break;
+        case Stage::hash_move:
         case Stage::end:
             break;
     }
@@ -207,32 +203,13 @@ void picker_start(Picker& picker, Board& board, const Attack& attack, const Stag
     picker.attack = &attack;
     picker.stage = stages;
     picker.deferred_size = 0;
-    picker.served_quiet = false;
-    enter_stage(picker, search_thread(thread));
-}
-
-// A fetch from the table takes as long as half a node, and many moves are passed over without a
-// search of their own. So the entries of the following moves are asked for this many moves ahead:
-// 5 per cent faster than asking for one.
-constexpr int kFetchedAhead = 4;
-
-void prefetch_at(const Picker& picker, int place) {
-    if (place < picker.size) {
-        const std::int32_t following = picker.scored[static_cast<std::size_t>(place)];
-        hash_prefetch(hash_table, key_after(*picker.board, static_cast<Move>(following)));
+    picker.next = 0;
+    picker.size = 0;
+    if (*stages == Stage::hash_move) {
+        serve(picker, picker.hash_move);
+    } else {
+        enter_stage(picker, search_thread(thread));
     }
-}
-
-// For the first moves of a stage.
-void prefetch_first(const Picker& picker) {
-    for (int i = 0; i < kFetchedAhead; ++i) {
-        prefetch_at(picker, i);
-    }
-}
-
-// For one more move whenever one is taken.
-void prefetch_following(const Picker& picker) {
-    prefetch_at(picker, picker.next + kFetchedAhead - 1);
 }
 
 }  // namespace
@@ -241,9 +218,13 @@ void picker_init(Picker& picker, Board& board, const Attack& attack, int ply, Mo
                  int thread) {
     picker.hash_move = hash_move;
     picker.killers = search_thread(thread).killers[static_cast<std::size_t>(ply)];
-    const Stage* stages = attack.count > 0 ? main_check_stages.data() : main_stages.data();
+    const Stage* stages = main_check_stages.data();
+    if (attack.count == 0) {
+        const bool is_playable = move_is_ok(hash_move) && move_is_pseudo(hash_move, board);
+        stages = main_stages.data() + (is_playable ? 0 : 1);
+    }
     picker_start(picker, board, attack, stages, thread);
-    prefetch_first(picker);
+    picker_prefetch_first(picker);
 }
 
 void qpicker_init(Picker& picker, Board& board, const Attack& attack, bool include_checks,
@@ -264,23 +245,10 @@ bool picker_advance(Picker& picker, int thread) {
     return true;
 }
 
-Move next_move(Picker& picker, int thread) {
-    while (true) {
-        while (picker.next < picker.size) {
-            const Move move = picker_take(picker);
-            prefetch_following(picker);
-            // Evasions of the main search are generated legal.
-            if (stage_serves(picker, move) &&
-                (*picker.stage == Stage::evasions || move_is_legal(move, *picker.board))) {
-                picker.served_quiet = *picker.stage == Stage::quiets;
-                return move;
-            }
-        }
-        if (!picker_advance(picker, thread)) {
-            return kMoveNone;
-        }
-        prefetch_first(picker);
-    }
+bool picker_serves(Picker& picker, Move move) {
+    // Evasions are generated legal.
+    return stage_serves(picker, move) &&
+           (*picker.stage == Stage::evasions || move_is_legal(move, *picker.board));
 }
 
 bool qpicker_serves(const Picker& picker, Move move) {

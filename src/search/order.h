@@ -38,8 +38,6 @@ struct Picker {
     std::array<Move, 2> killers;
     int deferred_size;
     std::array<Move, kMaxMoves> deferred;
-    // The move returned last comes from the quiet moves out of check.
-    bool served_quiet;
 };
 
 // Starts the main search's picker. The checkers must outlive the picker; the hash move may be any
@@ -55,8 +53,59 @@ inline Move picker_take(Picker& picker) noexcept {
     return static_cast<Move>(picker.scored[static_cast<std::size_t>(picker.next++)]);
 }
 
-// The next legal move, or kMoveNone when all have been served; each move is served once.
-[[nodiscard]] Move next_move(Picker& picker, int thread);
+// Does the move served last come from the quiet moves out of check?
+[[nodiscard]] inline bool picker_is_quiet(const Picker& picker) {
+    return *picker.stage == Stage::quiets;
+}
+
+// Is a move of the main search's current stage legal, and to be played in this stage?
+[[nodiscard]] bool picker_serves(Picker& picker, Move move);
+
+// A fetch from the table takes as long as half a node, and many moves are passed over without a
+// search of their own. So the entries of the following moves are asked for this many moves ahead:
+// 5 per cent faster than asking for one.
+constexpr int kFetchedAhead = 4;
+
+inline void picker_prefetch(const Picker& picker, int place) {
+    if (place < picker.size) {
+        const std::int32_t following = picker.scored[static_cast<std::size_t>(place)];
+        hash_prefetch(hash_table, key_after(*picker.board, static_cast<Move>(following)));
+    }
+}
+
+// For the first moves of a stage.
+inline void picker_prefetch_first(const Picker& picker) {
+    for (int i = 0; i < kFetchedAhead; ++i) {
+        picker_prefetch(picker, i);
+    }
+}
+
+// The next legal move, or kMoveNone when all have been served; each move is served once. Quiet
+// moves for which skip(move) holds are passed over before anything costly is asked about them.
+template <typename Skip>
+[[nodiscard]] Move next_move(Picker& picker, Skip skip, int thread) {
+    while (true) {
+        while (picker.next < picker.size) {
+            const Move move = picker_take(picker);
+            picker_prefetch(picker, picker.next + kFetchedAhead - 1);
+            if (picker_is_quiet(picker) && skip(move)) {
+                continue;
+            }
+            if (picker_serves(picker, move)) {
+                return move;
+            }
+        }
+        if (!picker_advance(picker, thread)) {
+            return kMoveNone;
+        }
+        picker_prefetch_first(picker);
+    }
+}
+
+[[nodiscard]] inline Move next_move(Picker& picker, int thread) {
+    return next_move(
+        picker, [](Move) { return false; }, thread);
+}
 
 // How many evasions there are, for a picker that was started in check.
 [[nodiscard]] inline int picker_evasion_count(const Picker& picker) { return picker.size; }

@@ -49,7 +49,7 @@ Served serve(Picker& picker) {
     Served served;
     while (const Move move = next_move(picker, 0)) {
         served.moves.push_back(move);
-        served.from_quiets.push_back(picker.served_quiet);
+        served.from_quiets.push_back(picker_is_quiet(picker));
     }
     EXPECT_EQ(next_move(picker, 0), kMoveNone);
     return served;
