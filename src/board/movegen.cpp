@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "board/cells.h"
 #include "board/movegen_parts.h"
 
 namespace zar {
@@ -54,7 +55,12 @@ void gen_pieces(MoveList& list, const Board& board) {
     const auto end_of = [&](PieceType type) {
         return man + board.kind_count[static_cast<std::size_t>(piece12_make(type, board.turn))];
     };
-    gen_piece<kTargets, Reach::step, king_steps>(list, board, *man++);
+    const Square king = *man++;
+    // Seldom has a king something to take.
+    if (kTargets != Targets::captures ||
+        has_around(board, king, static_cast<unsigned>(color_bit(color_opposite(board.turn))))) {
+        gen_piece<kTargets, Reach::step, king_steps>(list, board, king);
+    }
     for (const std::uint8_t* const end = end_of(kQueen); man != end; ++man) {
         gen_piece<kTargets, Reach::slide, king_steps>(list, board, *man);
     }
@@ -73,6 +79,9 @@ template <Color kUs>
 void gen_pawn_captures(MoveList& list, const Board& board, Square from) {
     constexpr int kEnemyBit = color_bit(color_opposite(kUs));
     const Square ahead = from + pawn_step_of(kUs);
+    if (!has_beside(board, ahead, kEnemyBit)) {
+        return;
+    }
     for (const Square to : {ahead - 1, ahead + 1}) {
         if ((board_piece(board, to) & kEnemyBit) != 0) {
             list_add_pawn_move(list, from, to);

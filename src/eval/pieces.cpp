@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "board/cells.h"
 #include "board/geometry.h"
 #include "board/piece.h"
 #include "eval/weights.h"
@@ -72,12 +73,11 @@ template <Color kUs>
 constexpr Piece kOwnPawn = pawn_of(kUs);
 
 template <Color kUs>
-constexpr Piece kEnemyPawn = pawn_of(color_opposite(kUs));
+constexpr unsigned kEnemyPawnBit = kUs == kWhite ? kBlackPawnBit : kWhitePawnBit;
 
 template <Color kUs>
 bool enemy_pawn_attacks(const PieceSum<kUs>& sum, Square square) {
-    const Square ahead = square + pawn_step_of(kUs);
-    return sum.at(ahead - 1) == kEnemyPawn<kUs> || sum.at(ahead + 1) == kEnemyPawn<kUs>;
+    return has_beside(sum.board, square + pawn_step_of(kUs), kEnemyPawnBit<kUs>);
 }
 
 template <Color kUs>
@@ -114,8 +114,8 @@ std::size_t reached_on_diagonals(const PieceSum<kUs>& sum, Square from) {
 
 template <Color kUs>
 std::size_t reached_on_rank_and_file(const PieceSum<kUs>& sum, Square from) {
-    return static_cast<std::size_t>((line_length<kRowStep>(sum, from) >> 4) +
-                                    line_length<1>(sum, from) - 4);
+    return static_cast<std::size_t>((line_length<kRowStep>(sum, from) >> 4) - 2 +
+                                    empty_cells_beside(sum.board, from));
 }
 
 template <Color kUs>
@@ -146,9 +146,8 @@ void add_knight(PieceSum<kUs>& sum, Square square) {
 template <Color kUs>
 void add_bishop(PieceSum<kUs>& sum, Square square) {
     count_attacker(sum, square, 1);
-    const Square ahead = square + pawn_step_of(kUs);
     const bool shut_in =
-        sum.at(ahead - 1) == kEnemyPawn<kUs> && sum.at(ahead + 1) == kEnemyPawn<kUs>;
+        has_on_both_sides(sum.board, square + pawn_step_of(kUs), kEnemyPawnBit<kUs>);
     const auto& mobility =
         shut_in ? eval_weights.mobility.shut_in_bishop : eval_weights.mobility.bishop;
     sum.add(mobility[reached_on_diagonals(sum, square)]);
