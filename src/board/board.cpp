@@ -104,6 +104,15 @@ void list_pawns(Board& board, Color color) {
     }
 }
 
+std::array<std::uint8_t, kSquareCount> turned_cells(const Board& board, std::size_t turn) {
+    std::array<std::uint8_t, kSquareCount> cells;
+    cells.fill(kEdge);
+    for (const Square square : square_from_64) {
+        cells[turned_place[turn][index_of(square)]] = packed(board_piece(board, square));
+    }
+    return cells;
+}
+
 struct PsqSum {
     int opening;
     int endgame;
@@ -162,6 +171,12 @@ void board_sum_psq(Board& board) {
     board.pst_endgame = sum.endgame;
 }
 
+void board_turn(Board& board) {
+    for (std::size_t turn = 0; turn < kTurnCount; ++turn) {
+        board.turned[turn] = turned_cells(board, turn);
+    }
+}
+
 void board_finish_setup(Board& board) {
     assert(board.turn == kWhite || board.turn == kBlack);
     assert(board.ply_nb >= 0 && board.ply_nb <= kMaxClock);
@@ -175,6 +190,7 @@ void board_finish_setup(Board& board) {
         list_pieces(board, color);
         list_pawns(board, color);
     }
+    board_turn(board);
     board.cap_sq = kNoSquare;
     board.moved_piece = kEmpty;
     board.last_move = 0;
@@ -230,6 +246,11 @@ bool board_consistent(const Board& board) {
         material[index_of(color)] += piece_is_king(piece) ? 0 : piece_value_of(piece);
         if (piece_is_pawn(piece)) {
             files[index_of(color)][index_of(square_column(square))] |= pawn_rank_bit(square, color);
+        }
+    }
+    for (std::size_t turn = 0; turn < kTurnCount; ++turn) {
+        if (board.turned[turn] != turned_cells(board, turn)) {
+            return false;
         }
     }
     int listed = 0;

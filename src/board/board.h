@@ -30,6 +30,9 @@ struct Board {
     std::array<int, 2> material;
     // Piece code of every cell: 0 empty, 16 edge.
     std::array<std::uint8_t, kSquareCount> square;
+    // The same board turned three ways, for questions about whole lines: see cells.h. Edges all
+    // around, as here.
+    std::array<std::array<std::uint8_t, kSquareCount>, kTurnCount> turned;
     // Place of the man on this square in its colour's piece or pawn list; -1 elsewhere.
     std::array<std::int8_t, kSquareCount> list_index;
     // Squares of the non-pawn men of each colour, ended by 0. Entry 0 is the king; the others are
@@ -128,6 +131,9 @@ void board_clear(Board& board);
 // or misplaced pawns), IP5 (too many men), IP6 (the side not to move is in check). More than nine
 // white bishops only warn.
 void board_finish_setup(Board& board);
+
+// Turns the squares afresh.
+void board_turn(Board& board);
 
 // Copies the whole record, of the history what is in use.
 void board_copy(Board& to, const Board& from);

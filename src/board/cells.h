@@ -49,16 +49,42 @@ template <typename Word>
     return (cells & detail::kFirstThree * bit) != 0;
 }
 
-// Empty cells of the row on both sides of the square, up to men or edges.
-[[nodiscard]] inline int empty_cells_beside(const Board& board, Square square) noexcept {
-    constexpr int kRun = 8;  // longer than any row of empty cells
-    const auto right = detail::cells_from<std::uint64_t>(board, square + 1);
-    const auto left = detail::cells_from<std::uint64_t>(board, square - kRun);
-    if constexpr (detail::kIsLittleEndian) {
-        return std::countr_zero(right) / 8 + std::countl_zero(left) / 8;
-    } else {
-        return std::countl_zero(right) / 8 + std::countr_zero(left) / 8;
+namespace detail {
+
+constexpr Turn turn_of(int step) {
+    if (step == 16 || step == -16) {
+        return kFiles;
     }
+    return step == 17 || step == -17 ? kRisingDiagonals : kFallingDiagonals;
+}
+
+}  // namespace detail
+
+// How many cells in the direction of a slider's step are empty, up to a man or the edge. No walk:
+// rays are short, so that the end of a loop is hard to foresee.
+template <int kStep>
+[[nodiscard]] inline Square empty_cells(const Board& board, Square square) noexcept {
+    constexpr int kRun = 8;  // longer than any empty line
+    constexpr bool kIsForward = kStep > 0;
+    const std::uint8_t* cell = board.square.data() + square;
+    if constexpr (kStep != 1 && kStep != -1) {
+        constexpr Turn kTurn = detail::turn_of(kStep);
+        cell = board.turned[kTurn].data() + turned_place[kTurn][static_cast<std::size_t>(square)];
+    }
+    std::uint64_t cells;
+    std::memcpy(&cells, kIsForward ? cell + 1 : cell - kRun, sizeof cells);
+    if (cells == 0) {
+        __builtin_unreachable();  // not without the edge
+    }
+    const auto empty_bits = static_cast<std::size_t>(
+        kIsForward == detail::kIsLittleEndian ? std::countr_zero(cells) : std::countl_zero(cells));
+    return static_cast<Square>(empty_bits / 8);
+}
+
+// The man or edge that a slider's ray meets.
+template <int kStep>
+[[nodiscard]] inline Square end_of_ray(const Board& board, Square from) noexcept {
+    return from + kStep + kStep * empty_cells<kStep>(board, from);
 }
 
 }  // namespace zar

@@ -18,6 +18,14 @@ int place_of(const Board& board, Square square) {
     return static_cast<int>(board.list_index[index_of(square)]);
 }
 
+// Fills or empties a cell of the board, and of the turned ones.
+void set_cell(Board& board, Square square, Piece piece) {
+    board.square[index_of(square)] = packed(piece);
+    for (std::size_t turn = 0; turn < kTurnCount; ++turn) {
+        board.turned[turn][turned_place[turn][index_of(square)]] = packed(piece);
+    }
+}
+
 // A list of men and its length, whichever of a colour's two lists the piece belongs to.
 struct ManList {
     std::uint8_t* square;
@@ -69,7 +77,7 @@ void square_clear(Board& board, Square square, Piece piece, bool update_keys) {
     const int kind = piece12_of(piece);
     const int index = place_of(board, square);
     assert(index >= 0 && board_piece(board, square) == piece);
-    board.square[index_of(square)] = kEmpty;
+    set_cell(board, square, kEmpty);
     board.list_index[index_of(square)] = -1;
     list_remove(board, list_of(board, piece), index);
     if (piece_is_pawn(piece)) {
@@ -95,7 +103,7 @@ void square_clear(Board& board, Square square, Piece piece, bool update_keys) {
 void square_put(Board& board, Square square, Piece piece, int index) {
     const Color color = piece_color(piece);
     assert(board_piece(board, square) == kEmpty);
-    board.square[index_of(square)] = packed(piece);
+    set_cell(board, square, piece);
     list_insert(board, list_of(board, piece), index, square);
     if (piece_is_pawn(piece)) {
         toggle_pawn_file(board, square, color);
@@ -109,9 +117,9 @@ void square_put(Board& board, Square square, Piece piece, int index) {
 [[gnu::always_inline]] inline void square_shift(Board& board, Square from, Square to, Piece piece) {
     const int index = place_of(board, from);
     assert(index >= 0 && board_piece(board, from) == piece && board_piece(board, to) == kEmpty);
-    board.square[index_of(from)] = kEmpty;
+    set_cell(board, from, kEmpty);
     board.list_index[index_of(from)] = -1;
-    board.square[index_of(to)] = packed(piece);
+    set_cell(board, to, piece);
     board.list_index[index_of(to)] = static_cast<std::int8_t>(index);
     const Color color = piece_color(piece);
     if (piece_is_pawn(piece)) {

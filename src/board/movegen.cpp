@@ -16,9 +16,16 @@ enum class Targets { all, captures, quiets };
 
 enum class Reach { step, slide };
 
-template <Targets kTargets, Reach kReach>
-void gen_ray(MoveList& list, const Board& board, Square from, int step, int enemy_bit) {
-    Square to = from + step;
+template <Targets kTargets, Reach kReach, int kStep>
+void gen_ray(MoveList& list, const Board& board, Square from, int enemy_bit) {
+    if constexpr (kTargets == Targets::captures && kReach == Reach::slide) {
+        const Square to = end_of_ray<kStep>(board, from);
+        if ((board_piece(board, to) & enemy_bit) != 0) {
+            list_add(list, move_make(from, to));
+        }
+        return;
+    }
+    Square to = from + kStep;
     Piece target = board_piece(board, to);
     while (target == kEmpty) {
         if constexpr (kTargets != Targets::captures) {
@@ -27,7 +34,7 @@ void gen_ray(MoveList& list, const Board& board, Square from, int step, int enem
         if constexpr (kReach == Reach::step) {
             return;
         }
-        to += step;
+        to += kStep;
         target = board_piece(board, to);
     }
     if constexpr (kTargets != Targets::quiets) {
@@ -43,7 +50,7 @@ template <Targets kTargets, Reach kReach, const auto& kSteps>
 void gen_piece(MoveList& list, const Board& board, Square from) {
     const int enemy_bit = color_bit(color_opposite(board.turn));
     [&]<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
-        (gen_ray<kTargets, kReach>(list, board, from, kSteps[kIndex], enemy_bit), ...);
+        (gen_ray<kTargets, kReach, kSteps[kIndex]>(list, board, from, enemy_bit), ...);
     }
     (std::make_index_sequence<kSteps.size()>{});
 }

@@ -73,7 +73,7 @@ template <Color kUs>
 constexpr Piece kOwnPawn = pawn_of(kUs);
 
 template <Color kUs>
-constexpr unsigned kEnemyPawnBit = kUs == kWhite ? kBlackPawnBit : kWhitePawnBit;
+constexpr int kEnemyPawnBit = kUs == kWhite ? kBlackPawnBit : kWhitePawnBit;
 
 template <Color kUs>
 bool enemy_pawn_attacks(const PieceSum<kUs>& sum, Square square) {
@@ -87,35 +87,18 @@ int own_pawns_defending(const PieceSum<kUs>& sum, Square square) {
            (sum.at(behind + 1) == kOwnPawn<kUs> ? 1 : 0);
 }
 
-// The first square along the step that is not empty.
-template <int kStep, Color kUs>
-Square end_of_ray(const PieceSum<kUs>& sum, Square from) {
-    Square to = from;
-    do {
-        to += kStep;
-    } while (sum.at(to) == kEmpty);
-    return to;
-}
-
-// The way from one end of a line through the square to the other, which are men or edges: a step
-// for each empty square and two more.
-template <int kStep, Color kUs>
-Square line_length(const PieceSum<kUs>& sum, Square from) {
-    return end_of_ray<kStep>(sum, from) - end_of_ray<-kStep>(sum, from);
-}
-
-// Empty squares on two diagonals, from both lengths at once. Steps of 17 and 15 are rows of 16 and
-// columns; at most seven columns are left over, so rounding leaves the rows.
 template <Color kUs>
 std::size_t reached_on_diagonals(const PieceSum<kUs>& sum, Square from) {
-    const Square length = line_length<17>(sum, from) + line_length<15>(sum, from);
-    return static_cast<std::size_t>(((length + kRowStep / 2) >> 4) - 4);
+    const Board& board = sum.board;
+    return static_cast<std::size_t>(empty_cells<17>(board, from) + empty_cells<15>(board, from) +
+                                    empty_cells<-15>(board, from) + empty_cells<-17>(board, from));
 }
 
 template <Color kUs>
 std::size_t reached_on_rank_and_file(const PieceSum<kUs>& sum, Square from) {
-    return static_cast<std::size_t>((line_length<kRowStep>(sum, from) >> 4) - 2 +
-                                    empty_cells_beside(sum.board, from));
+    const Board& board = sum.board;
+    return static_cast<std::size_t>(empty_cells<16>(board, from) + empty_cells<1>(board, from) +
+                                    empty_cells<-1>(board, from) + empty_cells<-16>(board, from));
 }
 
 template <Color kUs>
@@ -128,12 +111,13 @@ void count_attacker(PieceSum<kUs>& sum, Square square, unsigned weight) {
 template <Color kUs>
 void add_knight(PieceSum<kUs>& sum, Square square) {
     count_attacker(sum, square, 1);
+    // Eight times yes or no, without a branch that nobody could foresee.
     int reached = 0;
     for (const int step : knight_steps) {
         const Square to = square + step;
-        if (sum.at(to) == kEmpty && !enemy_pawn_attacks(sum, to)) {
-            ++reached;
-        }
+        const Square ahead = to + pawn_step_of(kUs);
+        const int pawns = (sum.at(ahead - 1) | sum.at(ahead + 1)) & kEnemyPawnBit<kUs>;
+        reached += (sum.at(to) | pawns) == 0 ? 1 : 0;
     }
     sum.add(eval_weights.mobility.knight[static_cast<std::size_t>(reached)]);
     const Square seen = kUs == kWhite ? square : square_flip_rows(square);

@@ -287,6 +287,7 @@ TEST_F(BoardSums, EveryFieldOutOfStepIsSeen) {
         {"man vanished", [](Board& board) { board.square[kA1] = kEmpty; }},
         {"man appeared", [](Board& board) { board.square[kD4] = kWhiteKnight; }},
         {"edge gone", [](Board& board) { board.square[kA1 - 1] = kEmpty; }},
+        {"turned", [](Board& board) { board.turned[kFallingDiagonals][100] ^= 1; }},
         {"list index", [](Board& board) { board.list_index[kA1] = 3; }},
         {"index of an empty square", [](Board& board) { board.list_index[kD4] = 0; }},
         {"piece list", [](Board& board) { board.piece_list[kWhite][1] = kD4; }},

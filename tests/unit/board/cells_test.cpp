@@ -67,26 +67,48 @@ TEST(Cells, AManBehindTheNextFileIsNotNear) {
     EXPECT_TRUE(has_around(board, kB3, kBlackBit));
 }
 
-int walked(const Board& board, Square square, int step) {
-    int count = 0;
-    for (Square to = square + step; board_piece(board, to) == kEmpty; to += step) {
-        ++count;
+// By a walk over the mailbox.
+Square walked_end(const Board& board, Square from, Square step) {
+    Square to = from + step;
+    while (board_piece(board, to) == kEmpty) {
+        to += step;
     }
-    return count;
+    return to;
 }
 
-TEST(Cells, EmptyCellsAreCountedUpToMenAndEdges) {
-    const auto compare = [](const Board& board) {
-        for (const Square square : square_from_64) {
-            ASSERT_EQ(empty_cells_beside(board, square),
-                      walked(board, square, -1) + walked(board, square, 1))
-                << square;
-        }
-    };
-    test::for_each_position(40, compare);
-    compare(board_of("7k/8/8/8/8/8/8/K7 w - - 0 1"));
-    EXPECT_EQ(empty_cells_beside(board_of("7k/8/8/8/R7/8/8/K7 w - - 0 1"), kA4), 7);
-    EXPECT_EQ(empty_cells_beside(board_of("6k1/8/8/8/7R/8/8/K7 w - - 0 1"), kH4), 7);
+template <int kStep>
+void compare_rays(const Board& board) {
+    for (const Square square : square_from_64) {
+        const Square end = walked_end(board, square, kStep);
+        ASSERT_EQ(end_of_ray<kStep>(board, square), end) << square << ' ' << kStep;
+        ASSERT_EQ(empty_cells<kStep>(board, square), (end - square) / kStep - 1);
+    }
+}
+
+void compare_all_rays(const Board& board) {
+    compare_rays<1>(board);
+    compare_rays<-1>(board);
+    compare_rays<15>(board);
+    compare_rays<-15>(board);
+    compare_rays<16>(board);
+    compare_rays<-16>(board);
+    compare_rays<17>(board);
+    compare_rays<-17>(board);
+}
+
+TEST(Cells, RaysEndAtMenAndEdges) {
+    test::for_each_position(40, compare_all_rays);
+    compare_all_rays(board_of("7k/8/8/8/8/8/8/K7 w - - 0 1"));
+    compare_all_rays(board_of("k7/8/8/8/8/8/8/7K w - - 0 1"));
+}
+
+TEST(Cells, ALineFromCornerToCornerIsEmptyBetween) {
+    const Board board = board_of("k6r/8/8/8/8/8/8/B3K3 w - - 0 1");
+    EXPECT_EQ(empty_cells<17>(board, kA1), 6);
+    EXPECT_EQ(empty_cells<-17>(board, kH8), 6);
+    EXPECT_EQ(empty_cells<16>(board, kA1), 6);
+    EXPECT_EQ(empty_cells<-15>(board, kA8), 7);
+    EXPECT_EQ(empty_cells<15>(board, kH1), 6);
 }
 
 }  // namespace
