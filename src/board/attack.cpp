@@ -3,21 +3,13 @@
 #include <cassert>
 #include <cstddef>
 
+#include "board/cells.h"
 #include "board/make.h"
 #include "board/movegen.h"
 
 namespace zar {
 
 namespace {
-
-// The first occupied cell from `from` (exclusive) along a unit step; the edge counts as occupied.
-Square first_occupied(const Board& board, Square from, int step) {
-    Square square = from + step;
-    while (board_piece(board, square) == kEmpty) {
-        square += step;
-    }
-    return square;
-}
 
 void attack_add(Attack& attack, Square square, int inc) {
     const auto index = static_cast<std::size_t>(attack.count++);
@@ -36,29 +28,6 @@ void attack_add(Attack& attack, Square square, int inc) {
     return attacked;
 }
 
-// The king was safe before the last move, so only the man that moved or a slider behind the square
-// that it left can attack it now. Special moves and set-ups are not judged.
-bool last_move_may_check(const Board& board, Square king) {
-    const Move last = board.last_move;
-    if (last == kMoveNone || move_kind(last) != kKindNormal) {
-        return true;
-    }
-    if (last == kMoveNull) {
-        return false;
-    }
-    const Square from = move_from(last);
-    const Square to = move_to(last);
-    if ((board_piece(board, to) & delta_mask_of(to, king)) != 0 && line_is_empty(board, to, king)) {
-        return true;
-    }
-    const int step = delta_ray_of(king, from);
-    if (step == 0) {
-        return false;
-    }
-    const Piece piece = board_piece(board, first_occupied(board, king, step));
-    return (piece & color_bit(color_opposite(board.turn))) != 0 && (piece & ray_mask_of(step)) != 0;
-}
-
 bool has_legal_move(Board& board) {
     MoveList list;
     gen_moves(list, board);
@@ -73,9 +42,7 @@ bool has_legal_move(Board& board) {
 }  // namespace
 
 bool is_attacked(const Board& board, Square square, Color color) {
-    const Square behind = square - pawn_step_of(color);
-    const Piece pawn = pawn_of(color);
-    if (board_piece(board, behind + 1) == pawn || board_piece(board, behind - 1) == pawn) {
+    if (has_beside(board, square - pawn_step_of(color), pawn_bit(color))) {
         return true;
     }
     for (const Square from : board_pieces(board, color)) {
@@ -87,19 +54,9 @@ bool is_attacked(const Board& board, Square square, Color color) {
     return false;
 }
 
-bool line_is_empty(const Board& board, Square from, Square to) {
-    const int step = delta_inc_of(from, to);
-    for (Square square = from + step; square != to; square += step) {
-        if (board_piece(board, square) != kEmpty) {
-            return false;
-        }
-    }
-    return true;
-}
-
 bool is_pinned(const Board& board, Square square, Color color) {
     const Square king = board_king(board, color);
-    const int step = delta_ray_of(square, king);
+    const Square step = delta_ray_of(square, king);
     if (step == 0 || first_occupied(board, square, step) != king) {
         return false;
     }
@@ -107,13 +64,10 @@ bool is_pinned(const Board& board, Square square, Color color) {
     return (pinner & color_bit(color_opposite(color))) != 0 && (pinner & ray_mask_of(step)) != 0;
 }
 
-void attack_set(Attack& attack, const Board& board) {
+void attack_find(Attack& attack, const Board& board) {
     const Color enemy = color_opposite(board.turn);
     const Square king = board_king(board, board.turn);
     attack.count = 0;
-    if (!last_move_may_check(board, king)) {
-        return;
-    }
     const Square behind = king - pawn_step_of(enemy);
     for (const Square square : {behind + 1, behind - 1}) {
         if (board_piece(board, square) == pawn_of(enemy)) {

@@ -23,15 +23,64 @@ struct Attack {
 [[nodiscard]] bool is_attacked(const Board& board, Square square, Color color);
 
 // Is every square strictly between two squares of one line empty? True for a knight's step.
-[[nodiscard]] bool line_is_empty(const Board& board, Square from, Square to);
+[[nodiscard]] inline bool line_is_empty(const Board& board, Square from, Square to) noexcept {
+    const Square step = delta_inc_of(from, to);
+    for (Square square = from + step; square != to; square += step) {
+        if (board_piece(board, square) != kEmpty) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The first occupied cell from `from` (exclusive) along a unit step; the edge counts as occupied.
+[[nodiscard]] inline Square first_occupied(const Board& board, Square from, Square step) noexcept {
+    Square square = from + step;
+    while (board_piece(board, square) == kEmpty) {
+        square += step;
+    }
+    return square;
+}
 
 // Does this square lie between this colour's king and an enemy slider that would attack the king
 // along their line? The man on it is not looked at, so with the other colour the question is
 // whether moving it would uncover a check.
 [[nodiscard]] bool is_pinned(const Board& board, Square square, Color color);
 
-// Finds the checkers of the side to move, at once where the last move gave no check.
-void attack_set(Attack& attack, const Board& board);
+// The king was safe before the last move, so only the man that moved or a slider behind the square
+// that it left can attack it now. Special moves and set-ups are not judged.
+[[nodiscard]] inline bool last_move_may_check(const Board& board, Square king) {
+    const Move last = board.last_move;
+    if (last == kMoveNone || move_kind(last) != kKindNormal) {
+        return true;
+    }
+    if (last == kMoveNull) {
+        return false;
+    }
+    const Square from = move_from(last);
+    const Square to = move_to(last);
+    if ((board_piece(board, to) & delta_mask_of(to, king)) != 0 && line_is_empty(board, to, king)) {
+        return true;
+    }
+    const Square step = delta_ray_of(king, from);
+    if (step == 0) {
+        return false;
+    }
+    const Piece piece = board_piece(board, first_occupied(board, king, step));
+    return (piece & color_bit(color_opposite(board.turn))) != 0 && (piece & ray_mask_of(step)) != 0;
+}
+
+// Finds the checkers of the side to move by a look at all enemy men.
+void attack_find(Attack& attack, const Board& board);
+
+// The same, at once where the last move gave no check.
+inline void attack_set(Attack& attack, const Board& board) noexcept {
+    if (last_move_may_check(board, board_king(board, board.turn))) {
+        attack_find(attack, board);
+    } else {
+        attack.count = 0;
+    }
+}
 
 // Does this pseudo-legal move give check? Restores the board where it has to play the move.
 [[nodiscard]] bool move_is_check(Move move, Board& board);

@@ -27,6 +27,11 @@ template <typename Word>
 
 }  // namespace detail
 
+// The bit of this colour's pawns.
+[[nodiscard]] constexpr unsigned pawn_bit(Color color) noexcept {
+    return color == kWhite ? kWhitePawnBit : kBlackPawnBit;
+}
+
 // Does a man with this bit stand to the left or right of a square of the board or the edge?
 [[nodiscard]] inline bool has_beside(const Board& board, Square square, unsigned bit) noexcept {
     const auto cells = detail::cells_from<std::uint32_t>(board, square - 1);

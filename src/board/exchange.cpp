@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "board/attack.h"
+#include "board/cells.h"
 
 namespace zar {
 
@@ -260,9 +261,11 @@ Color exchange_start(Exchange& exchange, Move move, const Board& board) {
 // finds, without the records that a longer exchange needs.
 Attacker first_attacker(const Board& board, Square mover, Square to, Color color) {
     const Square behind = to - pawn_step_of(color);
-    for (const Square from : {behind + 1, behind - 1}) {
-        if (board_piece(board, from) == pawn_of(color) && from != mover) {
-            return {from, pawn_of(color)};
+    if (has_beside(board, behind, pawn_bit(color))) {
+        for (const Square from : {behind + 1, behind - 1}) {
+            if (board_piece(board, from) == pawn_of(color) && from != mover) {
+                return {from, pawn_of(color)};
+            }
         }
     }
     Attacker first = slider_behind(board, mover, to);

@@ -284,7 +284,7 @@ consteval std::array<std::uint8_t, 2 * kStepBias + 1> make_ray_mask() {
 constexpr auto ray_mask = detail::make_ray_mask();
 
 // The slider bit (32 bishop, 64 rook) that moves along this unit step, -17..17; 0 for others.
-[[nodiscard]] constexpr int ray_mask_of(int step) noexcept {
+[[nodiscard]] constexpr int ray_mask_of(Square step) noexcept {
     return ray_mask[static_cast<std::size_t>(step + detail::kStepBias)];
 }
 
