@@ -4,7 +4,6 @@
 #include <atomic>
 #include <bit>
 #include <climits>
-#include <utility>
 
 #include "platform/memory.h"
 #include "search/types.h"
@@ -23,54 +22,8 @@ constexpr int kFallbackMegabytes = 128;
 constexpr Score kLargeScore = 3000;
 constexpr int kLargeScorePerPly = 40;
 
-std::uint64_t load(const std::uint64_t& word) {
-    // atomic_ref takes no const object before C++26; loading does not write.
-    return std::atomic_ref(const_cast<std::uint64_t&>(word)).load(std::memory_order_relaxed);
-}
-
-void store(std::uint64_t& word, std::uint64_t value) {
-    std::atomic_ref(word).store(value, std::memory_order_relaxed);
-}
-
-// The draft with its high bit flipped and the bound behind it: the rank of a result among others.
-constexpr std::uint32_t kRankMask = 0x3FF;
-constexpr std::uint32_t kFlippedBit = 0x80;
-
-constexpr int kValueShift = 32;
-constexpr int kRankShift = 50;
-constexpr int kDraftShift = 52;
-constexpr int kDateShift = 60;
-
-constexpr std::uint64_t pack(Move move, int depth, int bound, std::uint32_t date, Score value) {
-    const std::uint32_t draft = static_cast<std::uint8_t>(depth) ^ kFlippedBit;
-    const std::uint32_t rank = draft << 2 | static_cast<std::uint32_t>(bound & 3);
-    return std::uint64_t{move} | std::uint64_t{static_cast<std::uint16_t>(value)} << kValueShift |
-           std::uint64_t{rank} << kRankShift | std::uint64_t{date} << kDateShift;
-}
-
-constexpr Move data_move(std::uint64_t data) { return static_cast<Move>(data); }
-
-constexpr int data_depth(std::uint64_t data) {
-    return static_cast<int>((data >> kDraftShift & 255) ^ kFlippedBit);
-}
-
-constexpr int data_bound(std::uint64_t data) { return static_cast<int>(data >> kRankShift & 3); }
-
-// depth * 4 + bound
-constexpr int data_rank(std::uint64_t data) {
-    return static_cast<int>((data >> kRankShift & kRankMask) ^ kFlippedBit << 2);
-}
-
-constexpr std::uint32_t data_date(std::uint64_t data) {
-    return static_cast<std::uint32_t>(data >> kDateShift);
-}
-
-constexpr Score data_value(std::uint64_t data) {
-    return static_cast<std::int16_t>(data >> kValueShift);
-}
-
 constexpr int kEmptyDepth = 128;
-static_assert(pack(kMoveNone, kEmptyDepth, kBoundNone, 0, 0) == 0);
+static_assert(data_pack(kMoveNone, kEmptyDepth, kBoundNone, 0, 0) == 0);
 
 void set_ages(HashTable& table) {
     for (std::uint32_t date = 0; date < kHashDates; ++date) {
@@ -84,33 +37,6 @@ void forget_dates(HashTable& table) {
     table.used = 0;
 }
 
-HashEntry* cluster_of(const HashTable& table, std::uint64_t key) {
-    return table.entries + (key & table.slot_mask);
-}
-
-// Calls action(entry, place) for the entries of a cluster in turn, until one call gives true; true
-// when one did. Spelt out, since GCC keeps it a loop otherwise: 20 instructions a node.
-template <typename Action>
-bool any_of_cluster(HashEntry* cluster, Action action) {
-    return [&]<int... kPlace>(std::integer_sequence<int, kPlace...>) {
-        return (action(cluster[kPlace], kPlace) || ...);
-    }
-    (std::make_integer_sequence<int, kHashClusterSize>());
-}
-
-// The entry that holds the position; null when there is none.
-HashEntry* find(HashEntry* cluster, std::uint64_t key) {
-    HashEntry* found = nullptr;
-    any_of_cluster(cluster, [&](HashEntry& entry, int) {
-        if (load(entry.key) != key) {
-            return false;
-        }
-        found = &entry;
-        return true;
-    });
-    return found;
-}
-
 // No locked instruction: a lost count is only a slightly smaller figure.
 void count_used(HashTable& table) {
     std::atomic_ref used(table.used);
@@ -118,17 +44,17 @@ void count_used(HashTable& table) {
 }
 
 void update(HashTable& table, HashEntry& entry, std::uint64_t fresh) {
-    const std::uint64_t old = load(entry.data);
+    const std::uint64_t old = word_load(entry.data);
     if (data_date(old) != table.date) {
         count_used(table);
     }
     if (data_depth(old) > data_depth(fresh)) {
         const Move move = data_move(old) != kMoveNone ? data_move(old) : data_move(fresh);
-        fresh = pack(move, data_depth(old), data_bound(old), table.date, data_value(old));
+        fresh = data_pack(move, data_depth(old), data_bound(old), table.date, data_value(old));
     } else if (data_move(fresh) == kMoveNone) {
         fresh |= data_move(old);
     }
-    store(entry.data, fresh);
+    word_store(entry.data, fresh);
 }
 
 // The higher, the more readily the entry is given up.
@@ -173,36 +99,26 @@ void hash_new_search(HashTable& table) {
     table.used = 0;
 }
 
-bool hash_probe(const HashTable& table, std::uint64_t key, HashHit& hit) {
-    const HashEntry* const entry = find(cluster_of(table, key), key);
-    if (entry == nullptr) {
-        return false;
-    }
-    const std::uint64_t data = load(entry->data);
-    hit = {data_move(data), data_depth(data), data_bound(data), data_value(data)};
-    return true;
-}
-
 void hash_store(HashTable& table, std::uint64_t key, Move move, int depth, int bound, Score value) {
-    HashEntry* const cluster = cluster_of(table, key);
-    const std::uint64_t fresh = pack(move, depth, bound, table.date, value);
-    if (HashEntry* const entry = find(cluster, key)) {
+    HashEntry* const cluster = hash_cluster(table, key);
+    const std::uint64_t fresh = data_pack(move, depth, bound, table.date, value);
+    if (HashEntry* const entry = cluster_find(cluster, key)) {
         update(table, *entry, fresh);
         return;
     }
     // The place in the cluster makes the low bits of a score, so that of equals the first one goes.
     int best = INT_MIN;
     any_of_cluster(cluster, [&](HashEntry& entry, int place) {
-        best = std::max(best, replace_score(table, load(entry.data)) * kHashClusterSize +
+        best = std::max(best, replace_score(table, word_load(entry.data)) * kHashClusterSize +
                                   kHashClusterSize - 1 - place);
         return false;
     });
     HashEntry& victim = cluster[kHashClusterSize - 1 - (best & (kHashClusterSize - 1))];
-    if (data_date(load(victim.data)) != table.date) {
+    if (data_date(word_load(victim.data)) != table.date) {
         count_used(table);
     }
-    store(victim.key, key);
-    store(victim.data, fresh);
+    word_store(victim.key, key);
+    word_store(victim.data, fresh);
 }
 
 double hash_full(HashTable& table) {

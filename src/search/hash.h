@@ -1,30 +1,13 @@
 // The transposition table: one table of search results, shared by all threads without locks.
-//
-// An entry is two 64-bit words, read and written by relaxed atomic operations. Nothing orders the
-// two, so a reader may see the key of one result with the data of another. That is accepted: every
-// move taken from the table is tested before it is played, and a wrong score now and then does not
-// hurt. What a reader may rely on is that each word is whole.
-//
-//   word 0  the full position key, 0 in an empty entry
-//   word 1  bits 0-15 move, 32-47 value, 50-51 bound, 52-59 draft with its high bit flipped,
-//           60-63 date of the search
-//
-// An empty entry has draft 128 and nothing else, so both of its words are 0 and fresh pages of
-// memory are an empty table.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
 #include "board/types.h"
+#include "search/hash_entry.h"
 
 namespace zar {
-
-struct HashEntry {
-    std::uint64_t key;
-    std::uint64_t data;
-};
-static_assert(sizeof(HashEntry) == 16);
 
 constexpr int kHashDates = 16;
 
@@ -65,15 +48,27 @@ void hash_clear(HashTable& table);
 // Starts a new date, by which older entries are told from those of the current search.
 void hash_new_search(HashTable& table);
 
-// Looks a position up; false when it is not there. Does not refresh the entry's date.
-[[nodiscard]] bool hash_probe(const HashTable& table, std::uint64_t key, HashHit& hit);
+// The entries that may hold the position.
+[[nodiscard]] inline HashEntry* hash_cluster(const HashTable& table, std::uint64_t key) noexcept {
+    return table.entries + (key & table.slot_mask);
+}
 
-constexpr int kHashClusterSize = 4;
+// Looks a position up; false when it is not there. Does not refresh the entry's date.
+[[nodiscard]] inline bool hash_probe(const HashTable& table, std::uint64_t key,
+                                     HashHit& hit) noexcept {
+    const HashEntry* const entry = cluster_find(hash_cluster(table, key), key);
+    if (entry == nullptr) {
+        return false;
+    }
+    const std::uint64_t data = word_load(entry->data);
+    hit = {data_move(data), data_depth(data), data_bound(data), data_value(data)};
+    return true;
+}
 
 // Tells the processor that the position will be looked up soon. A cluster may begin at any slot and
 // so lie in two cache lines.
 inline void hash_prefetch(const HashTable& table, std::uint64_t key) noexcept {
-    const HashEntry* const cluster = table.entries + (key & table.slot_mask);
+    const HashEntry* const cluster = hash_cluster(table, key);
     __builtin_prefetch(cluster);
     __builtin_prefetch(cluster + kHashClusterSize - 1);
     // To GCC 12 a function that only fetches has no effect: it drops calls that it does not inline.
