@@ -62,8 +62,7 @@ inline Move picker_take(Picker& picker) noexcept {
 [[nodiscard]] bool picker_serves(Picker& picker, Move move);
 
 // A fetch from the table takes as long as half a node, and many moves are passed over without a
-// search of their own. So the entries of the following moves are asked for this many moves ahead:
-// some per cent faster than asking for one.
+// search of their own. So the entries of the following moves are asked for this many moves ahead.
 constexpr int kFetchedAhead = 3;
 
 inline void picker_prefetch(const Picker& picker, int place) {
