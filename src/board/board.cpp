@@ -104,11 +104,11 @@ void list_pawns(Board& board, Color color) {
     }
 }
 
-std::array<std::uint8_t, kSquareCount> turned_cells(const Board& board, std::size_t turn) {
+std::array<std::uint8_t, kSquareCount> turned_cells(const Board& board, std::size_t which) {
     std::array<std::uint8_t, kSquareCount> cells;
     cells.fill(kEdge);
     for (const Square square : square_from_64) {
-        cells[turned_place[turn][index_of(square)]] = packed(board_piece(board, square));
+        cells[turned_place[which][index_of(square)]] = packed(board_piece(board, square));
     }
     return cells;
 }
@@ -171,9 +171,9 @@ void board_sum_psq(Board& board) {
     board.pst_endgame = sum.endgame;
 }
 
-void board_turn(Board& board) {
-    for (std::size_t turn = 0; turn < kTurnCount; ++turn) {
-        board.turned[turn] = turned_cells(board, turn);
+void board_fill_turned(Board& board) {
+    for (std::size_t which = 0; which < kTurnedCount; ++which) {
+        board.turned[which] = turned_cells(board, which);
     }
 }
 
@@ -190,7 +190,7 @@ void board_finish_setup(Board& board) {
         list_pieces(board, color);
         list_pawns(board, color);
     }
-    board_turn(board);
+    board_fill_turned(board);
     board.cap_sq = kNoSquare;
     board.moved_piece = kEmpty;
     board.last_move = 0;
@@ -248,8 +248,8 @@ bool board_consistent(const Board& board) {
             files[index_of(color)][index_of(square_column(square))] |= pawn_rank_bit(square, color);
         }
     }
-    for (std::size_t turn = 0; turn < kTurnCount; ++turn) {
-        if (board.turned[turn] != turned_cells(board, turn)) {
+    for (std::size_t which = 0; which < kTurnedCount; ++which) {
+        if (board.turned[which] != turned_cells(board, which)) {
             return false;
         }
     }

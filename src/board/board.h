@@ -32,7 +32,7 @@ struct Board {
     std::array<std::uint8_t, kSquareCount> square;
     // The same board turned three ways, for questions about whole lines: see cells.h. Edges all
     // around, as here.
-    std::array<std::array<std::uint8_t, kSquareCount>, kTurnCount> turned;
+    std::array<std::array<std::uint8_t, kSquareCount>, kTurnedCount> turned;
     // Place of the man on this square in its colour's piece or pawn list; -1 elsewhere.
     std::array<std::int8_t, kSquareCount> list_index;
     // Squares of the non-pawn men of each colour, ended by 0. Entry 0 is the king; the others are
@@ -132,8 +132,8 @@ void board_clear(Board& board);
 // white bishops only warn.
 void board_finish_setup(Board& board);
 
-// Turns the squares afresh.
-void board_turn(Board& board);
+// Fills the turned boards from the squares; board_finish_setup does it.
+void board_fill_turned(Board& board);
 
 // Copies the whole record, of the history what is in use.
 void board_copy(Board& to, const Board& from);

@@ -1,5 +1,5 @@
-// Several cells of one row of the mailbox looked at as one word: whether certain men stand beside a
-// square, and how far a row is empty.
+// Several cells of one line looked at as one word: whether certain men stand beside a square, and
+// how far a rank, file or diagonal is empty. Files and diagonals are rows of a turned board.
 #pragma once
 
 #include <bit>
@@ -27,36 +27,32 @@ template <typename Word>
 
 }  // namespace detail
 
-// The bit of this colour's pawns.
-[[nodiscard]] constexpr unsigned pawn_bit(Color color) noexcept {
-    return color == kWhite ? kWhitePawnBit : kBlackPawnBit;
-}
-
-// Does a man with this bit stand to the left or right of a square of the board or the edge?
-[[nodiscard]] inline bool has_beside(const Board& board, Square square, unsigned bit) noexcept {
+// Does a man with this bit stand to the left or right of a square, one of the board or of the rows
+// above and below it?
+[[nodiscard]] inline bool has_beside(const Board& board, Square square, int bit) noexcept {
     const auto cells = detail::cells_from<std::uint32_t>(board, square - 1);
-    return (cells & detail::kFirstAndThird * bit) != 0;
+    return (cells & detail::kFirstAndThird * static_cast<unsigned>(bit)) != 0;
 }
 
 // Does one stand on both sides?
-[[nodiscard]] inline bool has_on_both_sides(const Board& board, Square square,
-                                            unsigned bit) noexcept {
+[[nodiscard]] inline bool has_on_both_sides(const Board& board, Square square, int bit) noexcept {
     const auto cells = detail::cells_from<std::uint32_t>(board, square - 1);
-    return (cells & detail::kFirstAndThird * bit) == detail::kFirstAndThird * bit;
+    const std::uint32_t both = detail::kFirstAndThird * static_cast<unsigned>(bit);
+    return (cells & both) == both;
 }
 
 // Does one stand on this square or one of the eight around it?
-[[nodiscard]] inline bool has_around(const Board& board, Square square, unsigned bit) noexcept {
+[[nodiscard]] inline bool has_around(const Board& board, Square square, int bit) noexcept {
     const auto row = [&](Square middle) {
         return detail::cells_from<std::uint32_t>(board, middle - 1);
     };
     const std::uint32_t cells = row(square - kRowStep) | row(square) | row(square + kRowStep);
-    return (cells & detail::kFirstThree * bit) != 0;
+    return (cells & detail::kFirstThree * static_cast<unsigned>(bit)) != 0;
 }
 
 namespace detail {
 
-constexpr Turn turn_of(int step) {
+constexpr Turned turned_along(int step) {
     if (step == 16 || step == -16) {
         return kFiles;
     }
@@ -66,15 +62,16 @@ constexpr Turn turn_of(int step) {
 }  // namespace detail
 
 // How many cells in the direction of a slider's step are empty, up to a man or the edge. No walk:
-// rays are short, so that the end of a loop is hard to foresee.
+// rays are short, so that the end of a loop is hard to foresee. 5 per cent of all time.
 template <int kStep>
 [[nodiscard]] inline Square empty_cells(const Board& board, Square square) noexcept {
+    static_assert(ray_mask_of(kStep) != 0);
     constexpr int kRun = 8;  // longer than any empty line
     constexpr bool kIsForward = kStep > 0;
     const std::uint8_t* cell = board.square.data() + square;
     if constexpr (kStep != 1 && kStep != -1) {
-        constexpr Turn kTurn = detail::turn_of(kStep);
-        cell = board.turned[kTurn].data() + turned_place[kTurn][static_cast<std::size_t>(square)];
+        constexpr Turned kWhich = detail::turned_along(kStep);
+        cell = board.turned[kWhich].data() + turned_place[kWhich][static_cast<std::size_t>(square)];
     }
     std::uint64_t cells;
     std::memcpy(&cells, kIsForward ? cell + 1 : cell - kRun, sizeof cells);

@@ -93,16 +93,16 @@ constexpr std::array<std::int8_t, kSquareCount> square_to_64 = detail::make_squa
 }
 
 // The ways to turn the board so that lines which are no rows of the mailbox become rows.
-enum Turn : std::uint8_t { kFiles, kRisingDiagonals, kFallingDiagonals };  // rising: a1 to h8
-constexpr std::size_t kTurnCount = 3;
+enum Turned : std::uint8_t { kFiles, kRisingDiagonals, kFallingDiagonals };  // rising: a1 to h8
+constexpr std::size_t kTurnedCount = 3;
 
 namespace detail {
 
 // Sixteen cells a row, as in the mailbox; a line begins at its lowest rank. Eight cells before the
 // first man of the first row and behind the last one of the last are still in the array.
-consteval std::array<std::array<std::uint8_t, kSquareCount>, kTurnCount> make_turned_place() {
+consteval std::array<std::array<std::uint8_t, kSquareCount>, kTurnedCount> make_turned_place() {
     constexpr int kFirstPlace = 8;
-    std::array<std::array<std::uint8_t, kSquareCount>, kTurnCount> table{};
+    std::array<std::array<std::uint8_t, kSquareCount>, kTurnedCount> table{};
     for (const std::uint8_t square : square_from_64) {
         const int row = square_row(square);
         const int column = square_column(square);

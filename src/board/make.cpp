@@ -21,8 +21,8 @@ int place_of(const Board& board, Square square) {
 // Fills or empties a cell of the board, and of the turned ones.
 void set_cell(Board& board, Square square, Piece piece) {
     board.square[index_of(square)] = packed(piece);
-    for (std::size_t turn = 0; turn < kTurnCount; ++turn) {
-        board.turned[turn][turned_place[turn][index_of(square)]] = packed(piece);
+    for (std::size_t which = 0; which < kTurnedCount; ++which) {
+        board.turned[which][turned_place[which][index_of(square)]] = packed(piece);
     }
 }
 

@@ -23,23 +23,23 @@ void gen_ray(MoveList& list, const Board& board, Square from, int enemy_bit) {
         if ((board_piece(board, to) & enemy_bit) != 0) {
             list_add(list, move_make(from, to));
         }
-        return;
-    }
-    Square to = from + kStep;
-    Piece target = board_piece(board, to);
-    while (target == kEmpty) {
-        if constexpr (kTargets != Targets::captures) {
-            list_add(list, move_make(from, to));
+    } else {
+        Square to = from + kStep;
+        Piece target = board_piece(board, to);
+        while (target == kEmpty) {
+            if constexpr (kTargets != Targets::captures) {
+                list_add(list, move_make(from, to));
+            }
+            if constexpr (kReach == Reach::step) {
+                return;
+            }
+            to += kStep;
+            target = board_piece(board, to);
         }
-        if constexpr (kReach == Reach::step) {
-            return;
-        }
-        to += kStep;
-        target = board_piece(board, to);
-    }
-    if constexpr (kTargets != Targets::quiets) {
-        if ((target & enemy_bit) != 0) {
-            list_add(list, move_make(from, to));
+        if constexpr (kTargets != Targets::quiets) {
+            if ((target & enemy_bit) != 0) {
+                list_add(list, move_make(from, to));
+            }
         }
     }
 }
@@ -65,7 +65,7 @@ void gen_pieces(MoveList& list, const Board& board) {
     const Square king = *man++;
     // Seldom has a king something to take.
     if (kTargets != Targets::captures ||
-        has_around(board, king, static_cast<unsigned>(color_bit(color_opposite(board.turn))))) {
+        has_around(board, king, color_bit(color_opposite(board.turn)))) {
         gen_piece<kTargets, Reach::step, king_steps>(list, board, king);
     }
     for (const std::uint8_t* const end = end_of(kQueen); man != end; ++man) {

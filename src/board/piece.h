@@ -159,6 +159,11 @@ constexpr std::array<std::int16_t, 256> piece_value = detail::make_piece_value()
     return color == kWhite ? kWhitePawn : kBlackPawn;
 }
 
+// The bit that only this colour's pawns have.
+[[nodiscard]] constexpr int pawn_bit(Color color) noexcept {
+    return color == kWhite ? kWhitePawnBit : kBlackPawnBit;
+}
+
 [[nodiscard]] constexpr Piece king_of(Color color) noexcept {
     return color == kWhite ? kWhiteKing : kBlackKing;
 }

@@ -181,7 +181,7 @@ void evaluate_pawns(PawnRecord& record, const Board& board, int thread) {
 
 void pawns_prefetch(const Board& board, int thread) {
     __builtin_prefetch(cache_entry(pawn_cache, board.pawn_key, thread));
-    asm volatile("");  // see hash_prefetch
+    asm volatile("");  // or GCC 12 drops the call, see search/hash.h
 }
 
 Square most_advanced_pawn(const Board& board, Color color, int column) {

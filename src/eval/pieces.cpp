@@ -73,7 +73,7 @@ template <Color kUs>
 constexpr Piece kOwnPawn = pawn_of(kUs);
 
 template <Color kUs>
-constexpr int kEnemyPawnBit = kUs == kWhite ? kBlackPawnBit : kWhitePawnBit;
+constexpr int kEnemyPawnBit = pawn_bit(color_opposite(kUs));
 
 template <Color kUs>
 bool enemy_pawn_attacks(const PieceSum<kUs>& sum, Square square) {

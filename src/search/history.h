@@ -25,8 +25,8 @@ void history_cutoff(Move move, const Board& board, int depth, int ply, int threa
 void history_good(Move move, const Board& board, int thread);
 void history_bad(Move move, const Board& board, int thread);
 
-// Did the move succeed less often, of the times it was searched, than this threshold says,
-// 0..kHistoryRatioOne?
+// Is the share of its searches in which the move succeeded, in parts of kHistoryRatioOne, below the
+// threshold, 0..kHistoryRatioOne?
 [[nodiscard]] bool history_is_below(int threshold, Move move, const Board& board, int thread);
 
 }  // namespace zar

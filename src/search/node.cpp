@@ -82,8 +82,8 @@ Score calm_score(Board& board, Score alpha, Score beta, int ply, Line& pv_out, i
 Score search_node(Board& board, Score alpha, Score beta, int depth, int ply, Line& pv_out,
                   NodeType node_type, bool ext_flag, int thread);
 
-// The search itself. Two of five nodes are at the horizon and need nothing of what the others do:
-// made part of the callers, this saves 17 instructions a node.
+// Searches a position or, at the horizon, resolves it by captures. Two of five nodes are there and
+// need nothing of what the others do: made part of the callers, this saves 17 instructions a node.
 [[gnu::always_inline]] inline Score search_child(Board& board, Score alpha, Score beta, int depth,
                                                  int ply, Line& pv_out, NodeType node_type,
                                                  bool ext_flag, int thread) {
@@ -289,17 +289,13 @@ int history_threshold(int depth) {
     return 2 * search_parameters.history_threshold / (depth + (depth & 1));
 }
 
-// Has the move failed too often elsewhere to be worth a look here?
+// Has the quiet move failed too often elsewhere to be worth a look here? Most such moves have been
+// passed over as pointless: what comes here is a check that loses.
 bool history_prunes(const Node& node, const MoveLoop& loop, Move move) {
-    if (node.type == kPvNode || node.in_check || node.depth > kHistoryPruningDepth ||
-        loop.searched_count <= node.depth) {
-        return false;
-    }
-    const bool is_poor =
-        picker_is_quiet(loop.picker)
-            ? history_is_below(loop.history_threshold, move, node.board, node.thread)
-            : kHistoryRatioOne < loop.history_threshold;
-    return is_poor && !move_makes_passed_pawn(move, node.board);
+    return node.type != kPvNode && node.depth <= kHistoryPruningDepth &&
+           loop.searched_count > node.depth && picker_is_quiet(loop.picker) &&
+           history_is_below(loop.history_threshold, move, node.board, node.thread) &&
+           !move_makes_passed_pawn(move, node.board);
 }
 
 Score futility_value(const Node& node, const MoveLoop& loop) {
@@ -331,12 +327,12 @@ bool futility_prunes(Node& node, MoveLoop& loop, Move move) {
 }
 
 // Would a quiet move be pruned and change nothing? Asked before the costly tests: at the least
-// depths this is the lot of most moves.
+// depths this is the lot of most moves. 16 instructions a node less.
 bool is_pointless(const Node& node, const MoveLoop& loop, Move move) {
     if (node.type == kPvNode) {
         return false;
     }
-    // The first one pruned has left its value in `best`.
+    // The first one pruned has left its value in `best`, or a better one has come since.
     const bool futile = loop.futility_known && loop.futility_value <= loop.alpha;
     const bool is_poor =
         futile || (node.depth <= kHistoryPruningDepth && loop.searched_count > node.depth &&

@@ -1,8 +1,6 @@
 #include "search/order.h"
 
 #include "board/exchange.h"
-#include "board/key.h"
-#include "search/hash.h"
 #include "search/history.h"
 #include "search/types.h"
 
@@ -171,7 +169,7 @@ void enter_stage(Picker& picker, const SearchThread& self) {
                 serve(picker, list.move[i]);
             }
             break;
-        case Stage::hash_move:
+        case Stage::hash_move:  // served by picker_start
         case Stage::end:
             break;
     }
@@ -203,9 +201,9 @@ void picker_start(Picker& picker, Board& board, const Attack& attack, const Stag
     picker.attack = &attack;
     picker.stage = stages;
     picker.deferred_size = 0;
-    picker.next = 0;
-    picker.size = 0;
     if (*stages == Stage::hash_move) {
+        picker.next = 0;
+        picker.size = 0;
         serve(picker, picker.hash_move);
     } else {
         enter_stage(picker, search_thread(thread));

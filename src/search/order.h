@@ -53,12 +53,13 @@ inline Move picker_take(Picker& picker) noexcept {
     return static_cast<Move>(picker.scored[static_cast<std::size_t>(picker.next++)]);
 }
 
-// Does the move served last come from the quiet moves out of check?
+// Are the moves of the current stage the quiet ones out of check? Then so is the one served last.
 [[nodiscard]] inline bool picker_is_quiet(const Picker& picker) {
     return *picker.stage == Stage::quiets;
 }
 
-// Is a move of the main search's current stage legal, and to be played in this stage?
+// Is a move of the main search's current stage legal, and to be played in this stage? A capture
+// that loses is put off to a later one.
 [[nodiscard]] bool picker_serves(Picker& picker, Move move);
 
 // A fetch from the table takes as long as half a node, and many moves are passed over without a

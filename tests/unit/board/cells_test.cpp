@@ -5,7 +5,7 @@
 #include "board/geometry.h"
 #include "board/piece.h"
 #include "gtest/gtest.h"
-#include "support/letter_board.h"
+#include "support/board_support.h"
 #include "support/search_support.h"
 
 namespace zar {
@@ -13,11 +13,11 @@ namespace {
 
 using test::board_of;
 
-constexpr std::array<unsigned, 6> kAskedBits = {kWhiteBit,     kBlackBit,  kWhitePawnBit,
-                                                kBlackPawnBit, kKnightBit, kKingBit};
+constexpr std::array<int, 6> kAskedBits = {kWhiteBit,     kBlackBit,  kWhitePawnBit,
+                                           kBlackPawnBit, kKnightBit, kKingBit};
 
-bool has_bit(const Board& board, Square square, unsigned bit) {
-    return (static_cast<unsigned>(board_piece(board, square)) & bit) != 0;
+bool has_bit(const Board& board, Square square, int bit) {
+    return (board_piece(board, square) & bit) != 0;
 }
 
 // Squares of the board and the rows of the edge that a pawn on its last rank looks at.
@@ -33,7 +33,7 @@ void for_each_cell(Action action) {
 TEST(Cells, BesideMeansTheTwoNeighboursInTheRow) {
     test::for_each_position(20, [](const Board& board) {
         for_each_cell([&](Square square) {
-            for (const unsigned bit : kAskedBits) {
+            for (const int bit : kAskedBits) {
                 const bool left = has_bit(board, square - 1, bit);
                 const bool right = has_bit(board, square + 1, bit);
                 ASSERT_EQ(has_beside(board, square, bit), left || right) << square << ' ' << bit;
@@ -46,7 +46,7 @@ TEST(Cells, BesideMeansTheTwoNeighboursInTheRow) {
 TEST(Cells, AroundMeansTheSquareAndItsEightNeighbours) {
     test::for_each_position(20, [](const Board& board) {
         for (const Square square : square_from_64) {
-            for (const unsigned bit : kAskedBits) {
+            for (const int bit : kAskedBits) {
                 bool expected = has_bit(board, square, bit);
                 for (const int step : king_steps) {
                     expected = expected || has_bit(board, square + step, bit);

@@ -363,6 +363,49 @@ TEST_F(Order, QuiescencePassesOverTheCapturesItIsToldToSkipButNoChecks) {
     EXPECT_TRUE(contains(served, move_of("d2e2", board)));
 }
 
+// What the search's picker serves when it is told to skip all it asks about.
+Moves serve_skipping(Board& board, Move hash_move, Killers killers, Moves& asked) {
+    Attack attack;
+    attack_set(attack, board);
+    set_killers(3, killers);
+    Picker picker;
+    picker_init(picker, board, attack, 3, hash_move, 0);
+    const auto skip = [&asked](Move move) {
+        asked.push_back(move);
+        return true;
+    };
+    Moves served;
+    while (const Move move = next_move(picker, skip, 0)) {
+        served.push_back(move);
+    }
+    return served;
+}
+
+TEST_F(Order, TheSearchPassesOverTheQuietMovesItIsToldToSkipAndNoOthers) {
+    Board board = board_of("1r2k3/1p6/1Q6/3n4/4P1p1/8/4B3/4K3 w - - 0 1");
+    const Move hash_move = move_of("b6a5", board);
+    const Killers killers = {move_of("e1f2", board), kMoveNone};
+    const Served all = serve_main(board, hash_move, killers);
+    Moves others;
+    for (std::size_t i = 0; i < all.moves.size(); ++i) {
+        if (!all.from_quiets[i]) {
+            others.push_back(all.moves[i]);
+        }
+    }
+    ASSERT_LT(others.size(), all.moves.size());
+    Moves asked;
+    EXPECT_EQ(serve_skipping(board, hash_move, killers, asked), others);
+    for (const Move move : asked) {
+        EXPECT_FALSE(is_tactical(move, board)) << text_of(move);
+    }
+    EXPECT_GE(asked.size(), all.moves.size() - others.size());
+
+    board = board_of("4k3/8/8/8/8/8/4r3/4K3 w - - 0 1");
+    asked.clear();
+    EXPECT_EQ(serve_skipping(board, kMoveNone, {}, asked), serve_main(board, kMoveNone, {}).moves);
+    EXPECT_TRUE(asked.empty());
+}
+
 TEST_F(Order, OnlyQuietMovesOutOfCheckAreServedAsQuiet) {
     constexpr const char* fen = "1r2k3/1p6/1Q6/3n4/4P1p1/8/4B3/4K3 w - - 0 1";
     Board board = board_of(fen);
