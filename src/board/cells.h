@@ -20,7 +20,7 @@ constexpr std::uint32_t kFirstThree = kIsLittleEndian ? 0x00010101 : 0x01010100;
 
 template <typename Word>
 [[nodiscard]] inline Word cells_from(const Board& board, Square first) noexcept {
-    Word cells;
+    Word cells = 0;
     std::memcpy(&cells, board.square.data() + first, sizeof cells);
     return cells;
 }
@@ -73,7 +73,7 @@ template <int kStep>
         constexpr Turned kWhich = detail::turned_along(kStep);
         cell = board.turned[kWhich].data() + turned_place[kWhich][static_cast<std::size_t>(square)];
     }
-    std::uint64_t cells;
+    std::uint64_t cells = 0;
     std::memcpy(&cells, kIsForward ? cell + 1 : cell - kRun, sizeof cells);
     if (cells == 0) {
         __builtin_unreachable();  // not without the edge
