@@ -8,6 +8,7 @@
 #include "board/attack.h"
 #include "board/key.h"
 #include "board/psq_table.h"
+#include "board/set.h"
 #include "platform/fatal.h"
 
 namespace zar {
@@ -104,13 +105,16 @@ void list_pawns(Board& board, Color color) {
     }
 }
 
-std::array<std::uint8_t, kSquareCount> turned_cells(const Board& board, std::size_t which) {
-    std::array<std::uint8_t, kSquareCount> cells;
-    cells.fill(kEdge);
+// The squares of one colour's men, or of its pawns only.
+SquareSet squares_of(const Board& board, Color color, bool pawns_only) {
+    const int wanted = pawns_only ? pawn_bit(color) : color_bit(color);
+    SquareSet squares = 0;
     for (const Square square : square_from_64) {
-        cells[turned_place[which][index_of(square)]] = packed(board_piece(board, square));
+        if ((board_piece(board, square) & wanted) != 0) {
+            squares |= set_of(square64_of(square));
+        }
     }
-    return cells;
+    return squares;
 }
 
 struct PsqSum {
@@ -171,9 +175,10 @@ void board_sum_psq(Board& board) {
     board.pst_endgame = sum.endgame;
 }
 
-void board_fill_turned(Board& board) {
-    for (std::size_t which = 0; which < kTurnedCount; ++which) {
-        board.turned[which] = turned_cells(board, which);
+void board_fill_sets(Board& board) {
+    for (Color color = kWhite; color <= kBlack; ++color) {
+        board.men[index_of(color)] = squares_of(board, color, false);
+        board.pawns[index_of(color)] = squares_of(board, color, true);
     }
 }
 
@@ -190,7 +195,7 @@ void board_finish_setup(Board& board) {
         list_pieces(board, color);
         list_pawns(board, color);
     }
-    board_fill_turned(board);
+    board_fill_sets(board);
     board.cap_sq = kNoSquare;
     board.moved_piece = kEmpty;
     board.last_move = 0;
@@ -248,15 +253,12 @@ bool board_consistent(const Board& board) {
             files[index_of(color)][index_of(square_column(square))] |= pawn_rank_bit(square, color);
         }
     }
-    for (std::size_t which = 0; which < kTurnedCount; ++which) {
-        if (board.turned[which] != turned_cells(board, which)) {
-            return false;
-        }
-    }
     int listed = 0;
     for (Color color = kWhite; color <= kBlack; ++color) {
         if (!list_is_consistent(board, color, board_pieces(board, color), false) ||
-            !list_is_consistent(board, color, board_pawns(board, color), true)) {
+            !list_is_consistent(board, color, board_pawns(board, color), true) ||
+            board.men[index_of(color)] != squares_of(board, color, false) ||
+            board.pawns[index_of(color)] != squares_of(board, color, true)) {
             return false;
         }
         listed += board_piece_count(board, color) + board_pawn_count(board, color);

@@ -30,9 +30,6 @@ struct Board {
     std::array<int, 2> material;
     // Piece code of every cell: 0 empty, 16 edge.
     std::array<std::uint8_t, kSquareCount> square;
-    // The same board turned three ways, for questions about whole lines: see cells.h. Edges all
-    // around, as here.
-    std::array<std::array<std::uint8_t, kSquareCount>, kTurnedCount> turned;
     // Place of the man on this square in its colour's piece or pawn list; -1 elsewhere.
     std::array<std::int8_t, kSquareCount> list_index;
     // Squares of the non-pawn men of each colour, ended by 0. Entry 0 is the king; the others are
@@ -61,6 +58,9 @@ struct Board {
     std::uint64_t key;
     std::uint64_t pawn_key;
     std::uint64_t material_key;
+    // Per colour, the squares of its men, and those of its pawns.
+    std::array<SquareSet, 2> men;
+    std::array<SquareSet, 2> pawns;
     int castle_flags;
     // Half-moves since the last capture or pawn move.
     int ply_nb;
@@ -89,6 +89,11 @@ struct Board {
 
 [[nodiscard]] inline int board_pawn_count(const Board& board, Color color) noexcept {
     return board.pawn_count[static_cast<std::size_t>(color)];
+}
+
+// The squares of all men.
+[[nodiscard]] inline SquareSet board_men(const Board& board) noexcept {
+    return board.men[kWhite] | board.men[kBlack];
 }
 
 // A range over the entries of a list that ends with 0, for the men that are listed at this moment.
@@ -132,8 +137,8 @@ void board_clear(Board& board);
 // white bishops only warn.
 void board_finish_setup(Board& board);
 
-// Fills the turned boards from the squares; board_finish_setup does it.
-void board_fill_turned(Board& board);
+// Fills the sets of men and pawns from the squares; board_finish_setup does it.
+void board_fill_sets(Board& board);
 
 // Copies the whole record, of the history what is in use.
 void board_copy(Board& to, const Board& from);

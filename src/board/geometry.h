@@ -92,35 +92,6 @@ constexpr std::array<std::int8_t, kSquareCount> square_to_64 = detail::make_squa
     return square_to_64[static_cast<std::size_t>(square)];
 }
 
-// The ways to turn the board so that lines which are no rows of the mailbox become rows.
-enum Turned : std::uint8_t { kFiles, kRisingDiagonals, kFallingDiagonals };  // rising: a1 to h8
-constexpr std::size_t kTurnedCount = 3;
-
-namespace detail {
-
-// Sixteen cells a row, as in the mailbox; a line begins at its lowest rank. Eight cells before the
-// first man of the first row and behind the last one of the last are still in the array.
-consteval std::array<std::array<std::uint8_t, kSquareCount>, kTurnedCount> make_turned_place() {
-    constexpr int kFirstPlace = 8;
-    std::array<std::array<std::uint8_t, kSquareCount>, kTurnedCount> table{};
-    for (const std::uint8_t square : square_from_64) {
-        const int row = square_row(square);
-        const int column = square_column(square);
-        const auto place = [&](int line) {
-            return static_cast<std::uint8_t>(kFirstPlace + line * kRowStep + row);
-        };
-        table[kFiles][square] = place(column - kFirstLine);
-        table[kRisingDiagonals][square] = place(row - column + kLastLine - kFirstLine);
-        table[kFallingDiagonals][square] = place(row + column - 2 * kFirstLine);
-    }
-    return table;
-}
-
-}  // namespace detail
-
-// The cell of a square in a turned board.
-constexpr auto turned_place = detail::make_turned_place();
-
 // Is the square on rank 1 or rank 8?
 [[nodiscard]] constexpr bool square_is_promotion_rank(Square square) noexcept {
     return square_row(square) == kFirstLine || square_row(square) == kLastLine;

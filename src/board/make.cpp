@@ -6,6 +6,7 @@
 
 #include "board/key.h"
 #include "board/psq_table.h"
+#include "board/set.h"
 
 namespace zar {
 
@@ -18,11 +19,16 @@ int place_of(const Board& board, Square square) {
     return static_cast<int>(board.list_index[index_of(square)]);
 }
 
-// Fills or empties a cell of the board, and of the turned ones.
 void set_cell(Board& board, Square square, Piece piece) {
     board.square[index_of(square)] = packed(piece);
-    for (std::size_t which = 0; which < kTurnedCount; ++which) {
-        board.turned[which][turned_place[which][index_of(square)]] = packed(piece);
+}
+
+// Adds a man to the sets of its squares, or takes it away.
+void toggle_sets(Board& board, SquareSet squares, Piece piece) {
+    const std::size_t color = index_of(piece_color(piece));
+    board.men[color] ^= squares;
+    if (piece_is_pawn(piece)) {
+        board.pawns[color] ^= squares;
     }
 }
 
@@ -70,9 +76,9 @@ void list_insert(Board& board, const ManList& list, int index, Square man) {
     list.square[*list.count] = kNoSquare;
 }
 
-// Takes a man off the board. With `update_keys`, sums and keys follow; unmaking leaves that out,
-// since it restores them from the record.
-void square_clear(Board& board, Square square, Piece piece, bool update_keys) {
+// Takes a man off the board. With `update_state`, sums, keys and sets follow; unmaking leaves that
+// out, since it restores them from the record.
+void square_clear(Board& board, Square square, Piece piece, bool update_state) {
     const Color color = piece_color(piece);
     const int kind = piece12_of(piece);
     const int index = place_of(board, square);
@@ -86,7 +92,8 @@ void square_clear(Board& board, Square square, Piece piece, bool update_keys) {
     board.total_count -= 1;
     board.kind_count[index_of(kind)] -= 1;
     board.material[index_of(color)] -= piece_value_of(piece);
-    if (update_keys) {
+    if (update_state) {
+        toggle_sets(board, set_of(square64_of(square)), piece);
         const PsqEntry psq = psq_of(kind, square64_of(square));
         board.pst_opening -= psq.opening;
         board.pst_endgame -= psq.endgame;
@@ -99,7 +106,7 @@ void square_clear(Board& board, Square square, Piece piece, bool update_keys) {
     }
 }
 
-// Puts a man at a place of its list, without touching sums and keys.
+// Puts a man at a place of its list, without touching sums, keys and sets.
 void square_put(Board& board, Square square, Piece piece, int index) {
     const Color color = piece_color(piece);
     assert(board_piece(board, square) == kEmpty);
@@ -113,7 +120,7 @@ void square_put(Board& board, Square square, Piece piece, int index) {
     board.material[index_of(color)] += piece_value_of(piece);
 }
 
-// Moves a man to an empty square, without touching sums and keys.
+// Moves a man to an empty square, without touching sums, keys and sets.
 [[gnu::always_inline]] inline void square_shift(Board& board, Square from, Square to, Piece piece) {
     const int index = place_of(board, from);
     assert(index >= 0 && board_piece(board, from) == piece && board_piece(board, to) == kEmpty);
@@ -136,6 +143,7 @@ void square_put(Board& board, Square square, Piece piece, int index) {
     const int kind = piece12_of(piece);
     const Square64 from64 = square64_of(from);
     const Square64 to64 = square64_of(to);
+    toggle_sets(board, set_of(from64) | set_of(to64), piece);
     const PsqEntry old_psq = psq_of(kind, from64);
     const PsqEntry new_psq = psq_of(kind, to64);
     board.pst_opening += new_psq.opening - old_psq.opening;
@@ -168,6 +176,7 @@ int promotion_index(const Board& board, Piece piece) {
     const int kind = piece12_of(piece);
     board.material_key ^= material_key_of(kind, board.kind_count[index_of(kind)]);
     square_put(board, to, piece, promotion_index(board, piece));
+    toggle_sets(board, set_of(square64_of(to)), piece);
     const PsqEntry psq = psq_of(kind, square64_of(to));
     board.pst_opening += psq.opening;
     board.pst_endgame += psq.endgame;

@@ -1,6 +1,7 @@
 // Making and unmaking moves. No legality is tested here: callers play pseudo-legal moves only.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "board/board.h"
@@ -17,6 +18,8 @@ struct UndoInfo {
     std::uint64_t key;
     std::uint64_t pawn_key;
     std::uint64_t material_key;
+    std::array<SquareSet, 2> men;
+    std::array<SquareSet, 2> pawns;
     int castle_flags;
     int ply_nb;
     int pst_opening;

@@ -41,6 +41,11 @@ constexpr int kMoveTextSize = 6;  // five characters and a zero
     return static_cast<Move>(kind | square64_of(from) << 6 | square64_of(to));
 }
 
+// A normal move.
+[[nodiscard]] constexpr Move move_of_64(Square64 from, Square64 to) noexcept {
+    return static_cast<Move>(from << 6 | to);
+}
+
 [[nodiscard]] constexpr Square64 move_from64(Move move) noexcept { return move >> 6 & 63; }
 
 [[nodiscard]] constexpr Square64 move_to64(Move move) noexcept { return move & 63; }

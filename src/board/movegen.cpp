@@ -6,6 +6,7 @@
 
 #include "board/cells.h"
 #include "board/movegen_parts.h"
+#include "board/set.h"
 
 namespace zar {
 
@@ -14,43 +15,62 @@ namespace {
 // Which targets a generator wants.
 enum class Targets { all, captures, quiets };
 
-enum class Reach { step, slide };
+SquareSet men_of(const Board& board, Color color) {
+    return board.men[static_cast<std::size_t>(color)];
+}
 
-template <Targets kTargets, Reach kReach, int kStep>
-void gen_ray(MoveList& list, const Board& board, Square from, int enemy_bit) {
-    if constexpr (kTargets == Targets::captures && kReach == Reach::slide) {
-        const Square to = end_of_ray<kStep>(board, from);
-        if ((board_piece(board, to) & enemy_bit) != 0) {
-            list_add(list, move_make(from, to));
-        }
+// The squares that pieces are to move to.
+template <Targets kTargets>
+SquareSet wanted_squares(const Board& board) {
+    if constexpr (kTargets == Targets::captures) {
+        return men_of(board, color_opposite(board.turn));
     } else {
-        Square to = from + kStep;
-        Piece target = board_piece(board, to);
-        while (target == kEmpty) {
-            if constexpr (kTargets != Targets::captures) {
-                list_add(list, move_make(from, to));
-            }
-            if constexpr (kReach == Reach::step) {
-                return;
-            }
-            to += kStep;
-            target = board_piece(board, to);
-        }
-        if constexpr (kTargets != Targets::quiets) {
-            if ((target & enemy_bit) != 0) {
-                list_add(list, move_make(from, to));
-            }
-        }
+        return ~(kTargets == Targets::quiets ? board_men(board) : men_of(board, board.turn));
     }
 }
 
-// All moves of one man, along each step by distance. The steps are spelt out one by one, so that
-// each is a constant of its own loop.
-template <Targets kTargets, Reach kReach, const auto& kSteps>
-void gen_piece(MoveList& list, const Board& board, Square from) {
-    const int enemy_bit = color_bit(color_opposite(board.turn));
+// Moves of a king or knight, lowest square first: the order of its steps.
+void gen_steps(MoveList& list, Square64 from, SquareSet targets) {
+    for (; targets != 0; targets = set_rest(targets)) {
+        list_add(list, move_of_64(from, set_first(targets)));
+    }
+}
+
+template <Targets kTargets, int kStep>
+void gen_ray(MoveList& list, const Board& board, Square from) {
+    Square to = from + kStep;
+    for (; board_piece(board, to) == kEmpty; to += kStep) {
+        list_add(list, move_make(from, to));
+    }
+    if (kTargets == Targets::all &&
+        (board_piece(board, to) & color_bit(color_opposite(board.turn))) != 0) {
+        list_add(list, move_make(from, to));
+    }
+}
+
+// The capture in one direction, if there is one among these.
+template <int kStep>
+void gen_hit(MoveList& list, Square64 from, SquareSet hits) {
+    if (const SquareSet hit = hits & ray_view<kStep>(from); hit != 0) {
+        list_add(list, move_of_64(from, set_first(hit)));
+    }
+}
+
+// Moves of a slider, along each step of its list by distance. The steps are spelt out one by one,
+// so that each is a constant of its own. What a slider can take is seen at one look over its lines:
+// mostly nothing.
+template <Targets kTargets, PieceType kType, const auto& kSteps>
+void gen_slides(MoveList& list, const Board& board, Square from, SquareSet men, SquareSet wanted) {
     [&]<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
-        (gen_ray<kTargets, kReach, kSteps[kIndex]>(list, board, from, enemy_bit), ...);
+        if constexpr (kTargets == Targets::captures) {
+            const Square64 from64 = square64_of(from);
+            const SquareSet hits = slider_view<kType>(men, from64) & wanted;
+            if (hits != 0) {
+                (gen_hit<kSteps[kIndex]>(list, from64, hits), ...);
+            }
+        } else {
+            (gen_ray<kTargets, kSteps[kIndex]>(list, board, from), ...);
+        }
     }
     (std::make_index_sequence<kSteps.size()>{});
 }
@@ -62,23 +82,22 @@ void gen_pieces(MoveList& list, const Board& board) {
     const auto end_of = [&](PieceType type) {
         return man + board.kind_count[static_cast<std::size_t>(piece12_make(type, board.turn))];
     };
-    const Square king = *man++;
-    // Seldom has a king something to take.
-    if (kTargets != Targets::captures ||
-        has_around(board, king, color_bit(color_opposite(board.turn)))) {
-        gen_piece<kTargets, Reach::step, king_steps>(list, board, king);
-    }
+    const SquareSet men = board_men(board);
+    const SquareSet wanted = wanted_squares<kTargets>(board);
+    const Square64 king = square64_of(*man++);
+    gen_steps(list, king, king_view(king) & wanted);
     for (const std::uint8_t* const end = end_of(kQueen); man != end; ++man) {
-        gen_piece<kTargets, Reach::slide, king_steps>(list, board, *man);
+        gen_slides<kTargets, kQueen, king_steps>(list, board, *man, men, wanted);
     }
     for (const std::uint8_t* const end = end_of(kRook); man != end; ++man) {
-        gen_piece<kTargets, Reach::slide, rook_steps>(list, board, *man);
+        gen_slides<kTargets, kRook, rook_steps>(list, board, *man, men, wanted);
     }
     for (const std::uint8_t* const end = end_of(kBishop); man != end; ++man) {
-        gen_piece<kTargets, Reach::slide, bishop_steps>(list, board, *man);
+        gen_slides<kTargets, kBishop, bishop_steps>(list, board, *man, men, wanted);
     }
     for (const std::uint8_t* const end = end_of(kKnight); man != end; ++man) {
-        gen_piece<kTargets, Reach::step, knight_steps>(list, board, *man);
+        const Square64 knight = square64_of(*man);
+        gen_steps(list, knight, knight_view(knight) & wanted);
     }
 }
 
@@ -108,9 +127,21 @@ void gen_pawn_push(MoveList& list, const Board& board, Square from) {
     }
 }
 
+// Can any pawn? That is less than to ask each of them.
+template <Color kUs>
+bool can_capture_or_promote(const Board& board) {
+    constexpr SquareSet kSeventhRank = kFirstRank << 8 * (kUs == kWhite ? 6 : 1);
+    const SquareSet pawns = board.pawns[kUs];
+    return (pawn_targets<kUs>(pawns) & men_of(board, color_opposite(kUs))) != 0 ||
+           (pawns & kSeventhRank) != 0;
+}
+
 // Promotions count as captures.
 template <Targets kTargets, Color kUs>
 void gen_pawns_of(MoveList& list, const Board& board) {
+    if (kTargets == Targets::captures && !can_capture_or_promote<kUs>(board)) {
+        return;
+    }
     for (const Square from : board_pawns(board, kUs)) {
         if constexpr (kTargets != Targets::quiets) {
             gen_pawn_captures<kUs>(list, board, from);

@@ -23,6 +23,9 @@ constexpr Square kNoSquare = 0;
 // 0..63, a1 = 0, b1 = 1, ... h8 = 63; used in moves, keys and piece-square tables.
 using Square64 = std::ptrdiff_t;
 
+// A set of squares, bit n for Square64 n. See set.h.
+using SquareSet = std::uint64_t;
+
 // A set of flag bits, 0 for an empty cell. See piece.h.
 using Piece = int;
 

@@ -8,6 +8,7 @@
 #include "board/cells.h"
 #include "board/geometry.h"
 #include "board/piece.h"
+#include "board/set.h"
 #include "eval/weights.h"
 
 namespace zar {
@@ -56,17 +57,20 @@ constexpr int kNoLine = -2;
 template <Color kUs>
 struct PieceSum {
     const Board& board;
+    SquareSet men;       // of both colours
+    SquareSet not_free;  // squares with a man on them or attacked by an enemy pawn
     Square enemy_king;
     // Rooks press the king on this column and the two beside it; kNoLine if it needs no shelter.
     int king_column;
     // Where a rook or queen has something to attack or shut in: the seventh rank or kNoLine.
     int target_row;
     ScorePair score;
+    int both;  // to be added to the opening and the endgame
     // Pieces in the enemy's half, times kAttacker, and the sum of their weights.
     unsigned attack;
 
     [[nodiscard]] Piece at(Square square) const { return board_piece(board, square); }
-    void add(int value) { score += {value, value}; }
+    void add(int value) { both += value; }
 };
 
 template <Color kUs>
@@ -88,20 +92,6 @@ int own_pawns_defending(const PieceSum<kUs>& sum, Square square) {
 }
 
 template <Color kUs>
-std::size_t reached_on_diagonals(const PieceSum<kUs>& sum, Square from) {
-    const Board& board = sum.board;
-    return static_cast<std::size_t>(empty_cells<17>(board, from) + empty_cells<15>(board, from) +
-                                    empty_cells<-15>(board, from) + empty_cells<-17>(board, from));
-}
-
-template <Color kUs>
-std::size_t reached_on_rank_and_file(const PieceSum<kUs>& sum, Square from) {
-    const Board& board = sum.board;
-    return static_cast<std::size_t>(empty_cells<16>(board, from) + empty_cells<1>(board, from) +
-                                    empty_cells<-1>(board, from) + empty_cells<-16>(board, from));
-}
-
-template <Color kUs>
 void count_attacker(PieceSum<kUs>& sum, Square square, unsigned weight) {
     if (kUs == kWhite ? square >= kA5 : square <= kH4) {
         sum.attack += kAttacker + weight;
@@ -111,15 +101,8 @@ void count_attacker(PieceSum<kUs>& sum, Square square, unsigned weight) {
 template <Color kUs>
 void add_knight(PieceSum<kUs>& sum, Square square) {
     count_attacker(sum, square, 1);
-    // Eight times yes or no, without a branch that nobody could foresee.
-    int reached = 0;
-    for (const int step : knight_steps) {
-        const Square to = square + step;
-        const Square ahead = to + pawn_step_of(kUs);
-        const int pawns = (sum.at(ahead - 1) | sum.at(ahead + 1)) & kEnemyPawnBit<kUs>;
-        reached += (sum.at(to) | pawns) == 0 ? 1 : 0;
-    }
-    sum.add(eval_weights.mobility.knight[static_cast<std::size_t>(reached)]);
+    const SquareSet reached = knight_view(square64_of(square)) & ~sum.not_free;
+    sum.add(eval_weights.mobility.knight[static_cast<std::size_t>(set_count(reached))]);
     const Square seen = kUs == kWhite ? square : square_flip_rows(square);
     const int outpost = kKnightOutpost[static_cast<std::size_t>(square64_of(seen))];
     if (outpost != 0 && !enemy_pawn_attacks(sum, square)) {
@@ -134,14 +117,14 @@ void add_bishop(PieceSum<kUs>& sum, Square square) {
         has_on_both_sides(sum.board, square + pawn_step_of(kUs), kEnemyPawnBit<kUs>);
     const auto& mobility =
         shut_in ? eval_weights.mobility.shut_in_bishop : eval_weights.mobility.bishop;
-    sum.add(mobility[reached_on_diagonals(sum, square)]);
+    sum.add(mobility[bishop_reach(sum.men, square64_of(square))]);
 }
 
 template <Color kUs>
 void add_rook(PieceSum<kUs>& sum, Square square) {
     const MobilityWeights& weights = eval_weights.mobility;
     count_attacker(sum, square, 2);
-    sum.score += weights.rook[reached_on_rank_and_file(sum, square)];
+    sum.score += weights.rook[rook_reach(sum.men, square64_of(square))];
     const int column = square_column(square);
     const auto file = static_cast<std::size_t>(column);
     if (sum.board.pawn_file[kUs][file] == 0) {
@@ -174,12 +157,16 @@ ScorePair evaluate_side(const Board& board, const PawnRecord& pawns, bool press_
     const Square enemy_king = board_king(board, kThem);
     const bool has_target =
         pawns.second_rank[kThem] != 0 || square_row(enemy_king) == kEnemyHomeRow;
+    const SquareSet men = board_men(board);
     PieceSum<kUs> sum{
         .board = board,
+        .men = men,
+        .not_free = men | pawn_targets<kThem>(board.pawns[kThem]),
         .enemy_king = enemy_king,
         .king_column = press_king ? square_column(enemy_king) : kNoLine,
         .target_row = has_target ? kSeventhRow : kNoLine,
         .score = {},
+        .both = 0,
         .attack = 0,
     };
     // The list holds the men type by type, so no man need be looked at for its type.
@@ -198,7 +185,7 @@ ScorePair evaluate_side(const Board& board, const PawnRecord& pawns, bool press_
     const std::size_t attackers =
         std::min<std::size_t>(sum.attack / kAttacker, kKingAttackScale.size() - 1);
     sum.score.opening += static_cast<int>(sum.attack % kAttacker) * kKingAttackScale[attackers];
-    return sum.score;
+    return sum.score + ScorePair{sum.both, sum.both};
 }
 
 }  // namespace

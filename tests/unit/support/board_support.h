@@ -115,7 +115,7 @@ inline Board board_swap_colors(const Board& board) {
         swapped.square[to] = packed(piece == kEmpty ? kEmpty : piece_of_12(piece12_of(piece) ^ 1));
         swapped.list_index[to] = board.list_index[from];
     }
-    board_fill_turned(swapped);
+    board_fill_sets(swapped);
     for (std::size_t color = 0; color < 2; ++color) {
         const std::size_t other = color ^ 1;
         swapped.material[color] = board.material[other];
