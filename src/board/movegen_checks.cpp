@@ -5,6 +5,7 @@
 #include "board/make.h"
 #include "board/movegen.h"
 #include "board/movegen_parts.h"
+#include "board/set.h"
 
 namespace zar {
 
@@ -14,15 +15,11 @@ namespace {
 struct Candidates {
     int size = 0;
     std::array<Square, kMaxMen> square;
+    SquareSet set = 0;
 };
 
 bool is_candidate(const Candidates& candidates, Square square) {
-    for (std::size_t i = 0; i < static_cast<std::size_t>(candidates.size); ++i) {
-        if (candidates.square[i] == square) {
-            return true;
-        }
-    }
-    return false;
+    return set_has(candidates.set, square64_of(square));
 }
 
 Candidates find_candidates(const Board& board, Square king) {
@@ -41,6 +38,7 @@ Candidates find_candidates(const Board& board, Square king) {
         if ((man & color_bit(board.turn)) != 0 && !piece_is_king(man) &&
             line_is_empty(board, square, king)) {
             candidates.square[static_cast<std::size_t>(candidates.size++)] = square;
+            candidates.set |= set_of(square64_of(square));
         }
     }
     return candidates;
@@ -86,40 +84,48 @@ void gen_discovered_checks(MoveList& list, const Board& board, Square from, Squa
     }
 }
 
-void gen_direct_checks(MoveList& list, const Board& board, Square from, Square king) {
-    const Piece piece = board_piece(board, from);
+// The empty squares from which a man of each kind would attack the king.
+struct CheckingSquares {
+    SquareSet men;
+    SquareSet knight;
+    SquareSet bishop;
+    SquareSet rook;
+};
+
+CheckingSquares find_checking_squares(const Board& board, Square64 king) {
+    const SquareSet men = board_men(board);
+    return {
+        .men = men,
+        .knight = knight_view(king) & ~men,
+        .bishop = bishop_view(men, king) & ~men,
+        .rook = rook_view(men, king) & ~men,
+    };
+}
+
+// The squares from which a piece that moves to them gives check.
+SquareSet direct_checks(const CheckingSquares& checks, Piece piece, Square64 from) {
+    switch (piece_type_of(piece)) {
+        case kKnight:
+            return knight_view(from) & checks.knight;
+        case kBishop:
+            return slider_view<kBishop>(checks.men, from) & checks.bishop;
+        case kRook:
+            return slider_view<kRook>(checks.men, from) & checks.rook;
+        default:
+            return slider_view<kQueen>(checks.men, from) & (checks.bishop | checks.rook);
+    }
+}
+
+// Adds a piece's moves to these squares in the order in which it reaches them.
+void add_in_order(MoveList& list, const Board& board, Square from, SquareSet targets) {
+    if (targets == 0) {
+        return;
+    }
     for_each_quiet_target(board, from, [&](Square to) {
-        if ((piece & delta_mask_of(to, king)) != 0 && line_is_empty(board, to, king)) {
+        if (set_has(targets, square64_of(to))) {
             list_add(list, move_make(from, to));
         }
     });
-}
-
-// A rook off the king's lines checks it from the two squares where its lines cross the king's, and
-// nowhere else: two looks instead of one at every square it reaches.
-void gen_rook_checks(MoveList& list, const Board& board, Square from, Square king) {
-    const int row = square_row(from);
-    const int column = square_column(from);
-    const int king_row = square_row(king);
-    const int king_column = square_column(king);
-    if (row == king_row || column == king_column) {
-        return;
-    }
-    const auto add = [&](Square to) {
-        if (board_piece(board, to) == kEmpty && line_is_empty(board, from, to) &&
-            line_is_empty(board, to, king)) {
-            list_add(list, move_make(from, to));
-        }
-    };
-    // In the order of the steps: down, sideways, up.
-    const Square on_own_column = square_make(king_row, column);
-    if (king_row < row) {
-        add(on_own_column);
-    }
-    add(square_make(row, king_column));
-    if (king_row > row) {
-        add(on_own_column);
-    }
 }
 
 void gen_castling_checks(MoveList& list, Board& board) {
@@ -139,6 +145,7 @@ void gen_quiet_checks(MoveList& list, Board& board) {
     list.size = 0;
     const Square king = board_king(board, color_opposite(board.turn));
     const Candidates candidates = find_candidates(board, king);
+    const CheckingSquares checks = find_checking_squares(board, square64_of(king));
     for (std::size_t i = 0; i < static_cast<std::size_t>(candidates.size); ++i) {
         gen_discovered_checks(list, board, candidates.square[i], king);
     }
@@ -146,14 +153,9 @@ void gen_quiet_checks(MoveList& list, Board& board) {
         if (is_candidate(candidates, from)) {
             continue;
         }
-        const int type = piece_type_of(board_piece(board, from));
-        if (type == kRook) {
-            gen_rook_checks(list, board, from, king);
-        } else if (type == kQueen || square_shade(from) == square_shade(king)) {
-            // A bishop attacks squares of its own shade only, and a knight checks a king of its
-            // shade by moving to the other one: half of them need no closer look.
-            gen_direct_checks(list, board, from, king);
-        }
+        const SquareSet targets =
+            direct_checks(checks, board_piece(board, from), square64_of(from));
+        add_in_order(list, board, from, targets);
     }
     for (const Square from : board_pawns(board, board.turn)) {
         if (is_candidate(candidates, from)) {
