@@ -89,20 +89,8 @@ void attack_find(Attack& attack, const Board& board) {
     attack.inc[static_cast<std::size_t>(attack.count)] = 0;
 }
 
-bool move_is_check(Move move, Board& board) {
-    const Color enemy = color_opposite(board.turn);
-    if (move_kind(move) != kKindNormal) {
-        return king_is_attacked_after(board, move, enemy);
-    }
-    const Square from = move_from(move);
-    const Square to = move_to(move);
-    const Square king = board_king(board, enemy);
-    if ((board_piece(board, from) & delta_mask_of(to, king)) != 0 &&
-        line_is_empty(board, to, king)) {
-        return true;
-    }
-    const int step = delta_ray_of(from, king);
-    return step != 0 && delta_ray_of(to, king) != step && is_pinned(board, from, enemy);
+bool special_move_is_check(Move move, Board& board) {
+    return king_is_attacked_after(board, move, color_opposite(board.turn));
 }
 
 bool en_passant_is_legal(Move move, Board& board) {

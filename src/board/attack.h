@@ -82,8 +82,26 @@ inline void attack_set(Attack& attack, const Board& board) noexcept {
     }
 }
 
+// Plays a castling move, promotion or en-passant capture, looks whether it gives check, and takes
+// it back.
+[[nodiscard]] bool special_move_is_check(Move move, Board& board);
+
 // Does this pseudo-legal move give check? Restores the board where it has to play the move.
-[[nodiscard]] bool move_is_check(Move move, Board& board);
+[[nodiscard]] inline bool move_is_check(Move move, Board& board) {
+    if (move_kind(move) != kKindNormal) {
+        return special_move_is_check(move, board);
+    }
+    const Color enemy = color_opposite(board.turn);
+    const Square from = move_from(move);
+    const Square to = move_to(move);
+    const Square king = board_king(board, enemy);
+    if ((board_piece(board, from) & delta_mask_of(to, king)) != 0 &&
+        line_is_empty(board, to, king)) {
+        return true;
+    }
+    const Square step = delta_ray_of(from, king);
+    return step != 0 && delta_ray_of(to, king) != step && is_pinned(board, from, enemy);
+}
 
 // Does this pseudo-legal move leave the mover's king safe? Meant for moves of gen_moves when not in
 // check and of gen_evasions_pseudo when in check.
