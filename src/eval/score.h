@@ -25,6 +25,10 @@ struct ScorePair {
     return {left.opening - right.opening, left.endgame - right.endgame};
 }
 
+[[nodiscard]] constexpr ScorePair operator*(ScorePair score, int factor) noexcept {
+    return {score.opening * factor, score.endgame * factor};
+}
+
 constexpr ScorePair& operator+=(ScorePair& left, ScorePair right) noexcept {
     left = left + right;
     return left;

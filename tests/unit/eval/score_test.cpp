@@ -15,6 +15,7 @@ TEST(Score, PairsAddAndSubtractPhaseByPhase) {
     EXPECT_TRUE(sum == left + right);
     sum -= right;
     EXPECT_TRUE(sum == left);
+    EXPECT_TRUE(left * 3 == (ScorePair{30, -60}));
 }
 
 TEST(Score, WeighingTruncatesTowardZeroOnBothSides) {
