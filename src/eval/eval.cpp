@@ -57,10 +57,11 @@ ScorePair shelter_score(const std::array<int, 2>& penalties) {
     return {weigh(penalties[kBlack] - penalties[kWhite], eval_weights.king.scale), 0};
 }
 
+bool has_passers(const PawnRecord& pawns) {
+    return (pawns.passed_files[kWhite] | pawns.passed_files[kBlack]) != 0;
+}
+
 std::array<ScorePair, 2> passer_scores(const Board& board, const PawnRecord& pawns) {
-    if ((pawns.passed_files[kWhite] | pawns.passed_files[kBlack]) == 0) {
-        return {};
-    }
     return {evaluate_passers(board, kWhite, pawns), evaluate_passers(board, kBlack, pawns)};
 }
 
@@ -126,7 +127,9 @@ Score evaluate(const Board& board, Score alpha, Score beta, int thread) {
         }
     }
     total += shelter_score(shelter_penalties(board, material));
-    total += weighted_difference(passer_scores(board, pawns), eval_weights.passers.scale);
+    if (has_passers(pawns)) {
+        total += weighted_difference(passer_scores(board, pawns), eval_weights.passers.scale);
+    }
     if (lazy) {
         const Score estimate = side_to_move_view(board, blend(total, material.phase));
         if (is_out_of_reach(estimate, eval_weights.lazy.second_margin, alpha, beta)) {

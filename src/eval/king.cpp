@@ -73,7 +73,7 @@ int king_penalty(const Board& board) {
     const PawnFiles& files = board.pawn_file[kUs];
     const Square king = board_king(board, kUs);
     // Pawns behind the king do not shield.
-    const int ranks = ranks_from(relative_rank(king, kUs));
+    const int ranks = kAllRanks << (relative_rank(king, kUs) - 1);
     const int current =
         shelter_penalty(files, static_cast<std::size_t>(square_column(king)), ranks);
     int best = current;

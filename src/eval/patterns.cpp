@@ -1,7 +1,10 @@
 #include "eval/patterns.h"
 
+#include <initializer_list>
+
 #include "board/geometry.h"
 #include "board/piece.h"
+#include "board/set.h"
 #include "eval/weights.h"
 
 namespace zar {
@@ -23,7 +26,20 @@ struct SideView {
     [[nodiscard]] bool enemy_pawn(Square square) const {
         return at(square) == pawn_of(color_opposite(kUs));
     }
+    // Does any own man stand on these squares? Asked before the patterns of several squares.
+    [[nodiscard]] bool own_on(SquareSet squares) const {
+        const SquareSet men = board.men[kUs];
+        return ((kUs == kWhite ? men : set_flip_ranks(men)) & squares) != 0;
+    }
 };
+
+constexpr SquareSet squares_of(std::initializer_list<Square> squares) {
+    SquareSet set = 0;
+    for (const Square square : squares) {
+        set |= set_of(square64_of(square));
+    }
+    return set;
+}
 
 // The bishop is asked for first, here and below: it is rarely there, pawns often are.
 template <Color kUs>
@@ -34,6 +50,10 @@ bool bishop_with_pawn(const SideView<kUs>& view, Square bishop, Square pawn) {
 // Once for each corner, and half for a bishop that is about to be trapped.
 template <Color kUs>
 int trapped_bishops(const SideView<kUs>& view) {
+    constexpr SquareSet kTraps = squares_of({kA6, kA7, kB8, kH6, kH7, kG8});
+    if (!view.own_on(kTraps)) {
+        return 0;
+    }
     const int weight = eval_weights.patterns.trapped_bishop;
     int penalty = 0;
     if (bishop_with_pawn(view, kA7, kB6) || bishop_with_pawn(view, kB8, kC7)) {
@@ -58,6 +78,10 @@ bool bishop_is_blocked(const SideView<kUs>& view, Square bishop, Square pawn) {
 
 template <Color kUs>
 int blocked_bishops(const SideView<kUs>& view) {
+    constexpr SquareSet kHomes = squares_of({kC1, kF1});
+    if (!view.own_on(kHomes)) {
+        return 0;
+    }
     int penalty = 0;
     if (bishop_is_blocked(view, kC1, kD2)) {
         penalty += eval_weights.patterns.blocked_bishop;
