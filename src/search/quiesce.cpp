@@ -39,16 +39,16 @@ void store(const QNode& node, Move move, int bound, Score value) {
                value_to_hash(value, node.ply));
 }
 
-bool hash_cuts(const QNode& node, Score& score) {
+bool hash_cuts(const Board& board, Score alpha, Score beta, int ply, Score& score) {
     HashHit hit;
-    if (!hash_probe(hash_table, node.board.key, hit)) {
+    if (!hash_probe(hash_table, board.key, hit)) {
         return false;
     }
-    score = value_from_hash(hit.value, node.ply);
-    const bool null_window = node.beta == node.alpha + 1;
+    score = value_from_hash(hit.value, ply);
+    const bool null_window = beta == alpha + 1;
     return (null_window && hit.bound == kBoundExact && score != kNoScore) ||
-           ((hit.bound & kBoundLower) != 0 && score >= node.beta) ||
-           ((hit.bound & kBoundUpper) != 0 && score <= node.alpha);
+           ((hit.bound & kBoundLower) != 0 && score >= beta) ||
+           ((hit.bound & kBoundUpper) != 0 && score <= alpha);
 }
 
 // A bare king in a corner that cannot move: the stalemate that matters and is cheap to see.
@@ -207,11 +207,22 @@ bool mate_distance_cuts(Board& board, Score& alpha, Score& beta, int ply, Score&
 
 Score qsearch(Board& board, Score alpha, Score beta, int qdepth, int ply, Line& pv_out,
               int thread) {
+    const Score alpha_at_entry = alpha;
+    Score score = 0;
+    pawns_prefetch(board, thread);
+    if (mate_distance_cuts(board, alpha, beta, ply, score) ||
+        hash_cuts(board, alpha, beta, ply, score)) {
+        return score;
+    }
     Attack attack;
+    attack_set(attack, board);
+    if (ply > kLastPly) {
+        return evaluate(board, alpha, beta, thread);
+    }
     QNode node{.board = board,
                .alpha = alpha,
                .beta = beta,
-               .alpha_at_entry = alpha,
+               .alpha_at_entry = alpha_at_entry,
                .qdepth = qdepth,
                .ply = ply,
                .pv = pv_out,
@@ -220,15 +231,6 @@ Score qsearch(Board& board, Score alpha, Score beta, int qdepth, int ply, Line& 
                .best = kNoScore,
                .best_move = kMoveNone,
                .delta_base = 0};
-    Score score = 0;
-    pawns_prefetch(board, thread);
-    if (mate_distance_cuts(board, node.alpha, node.beta, ply, score) || hash_cuts(node, score)) {
-        return score;
-    }
-    attack_set(node.attack, board);
-    if (ply > kLastPly) {
-        return evaluate(board, node.alpha, node.beta, thread);
-    }
     if (node.attack.count > 0) {
         node.qdepth += 1;
     } else if (stand_pat(node, score)) {
