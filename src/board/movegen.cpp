@@ -64,7 +64,7 @@ void gen_slides(MoveList& list, const Board& board, Square from, SquareSet men, 
     [&]<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
         if constexpr (kTargets == Targets::captures) {
             const Square64 from64 = square64_of(from);
-            const SquareSet hits = slider_view<kType>(men, from64) & wanted;
+            const SquareSet hits = piece_view<kType>(men, from64) & wanted;
             if (hits != 0) {
                 (gen_hit<kSteps[kIndex]>(list, from64, hits), ...);
             }
@@ -198,6 +198,11 @@ void list_sort(MoveList& list) {
 }
 
 void gen_castling(MoveList& list, const Board& board) {
+    constexpr std::array<int, kColorCount> kRights = {kWhiteKingSide | kWhiteQueenSide,
+                                                      kBlackKingSide | kBlackQueenSide};
+    if ((board.castle_flags & kRights[static_cast<std::size_t>(board.turn)]) == 0) {
+        return;
+    }
     struct Castling {
         Color color;
         int flag;

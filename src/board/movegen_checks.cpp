@@ -22,8 +22,12 @@ bool is_candidate(const Candidates& candidates, Square square) {
     return set_has(candidates.set, square64_of(square));
 }
 
-Candidates find_candidates(const Board& board, Square king) {
+// `seen` are the squares that the king sees over the men on the board.
+Candidates find_candidates(const Board& board, Square king, SquareSet seen) {
     Candidates candidates;
+    if ((seen & board.men[static_cast<std::size_t>(board.turn)]) == 0) {
+        return candidates;
+    }
     for (const Square slider : board_officers(board, board.turn)) {
         const Piece piece = board_piece(board, slider);
         if (!piece_is_slider(piece) || (piece & delta_mask_of(slider, king)) == 0) {
@@ -84,48 +88,58 @@ void gen_discovered_checks(MoveList& list, const Board& board, Square from, Squa
     }
 }
 
-// The empty squares from which a man of each kind would attack the king.
-struct CheckingSquares {
-    SquareSet men;
-    SquareSet knight;
-    SquareSet bishop;
-    SquareSet rook;
-};
-
-CheckingSquares find_checking_squares(const Board& board, Square64 king) {
-    const SquareSet men = board_men(board);
-    return {
-        .men = men,
-        .knight = knight_view(king) & ~men,
-        .bishop = bishop_view(men, king) & ~men,
-        .rook = rook_view(men, king) & ~men,
-    };
-}
-
-// The squares from which a piece that moves to them gives check.
-SquareSet direct_checks(const CheckingSquares& checks, Piece piece, Square64 from) {
-    switch (piece_type_of(piece)) {
-        case kKnight:
-            return knight_view(from) & checks.knight;
-        case kBishop:
-            return slider_view<kBishop>(checks.men, from) & checks.bishop;
-        case kRook:
-            return slider_view<kRook>(checks.men, from) & checks.rook;
-        default:
-            return slider_view<kQueen>(checks.men, from) & (checks.bishop | checks.rook);
-    }
-}
-
 // Adds a piece's moves to these squares in the order in which it reaches them.
 void add_in_order(MoveList& list, const Board& board, Square from, SquareSet targets) {
-    if (targets == 0) {
-        return;
-    }
     for_each_quiet_target(board, from, [&](Square to) {
         if (set_has(targets, square64_of(to))) {
             list_add(list, move_make(from, to));
         }
     });
+}
+
+// Adds the checks of the next `count` men, of one type, that are no candidates. `targets` are the
+// empty squares from which that type attacks the king: most men reach none of them.
+template <PieceType kType>
+void gen_direct_checks(MoveList& list, const Board& board, const std::uint8_t*& man,
+                       SquareSet targets, const Candidates& candidates) {
+    const SquareSet men = board_men(board);
+    const std::uint8_t* const end =
+        man + board.kind_count[static_cast<std::size_t>(piece12_make(kType, board.turn))];
+    for (; man != end; ++man) {
+        const Square64 from = square64_of(*man);
+        const SquareSet checks = piece_view<kType>(men, from) & targets;
+        if (checks != 0 && !is_candidate(candidates, *man)) {
+            add_in_order(list, board, *man, checks);
+        }
+    }
+}
+
+// Can any pawn step to a square from which it attacks the king?
+template <Color kUs>
+bool may_pawn_check(const Board& board, Square64 king) {
+    const auto back = [](SquareSet set) { return kUs == kWhite ? set_down(set) : set_up(set); };
+    const SquareSet targets = pawn_targets<color_opposite(kUs)>(set_of(king));
+    const SquareSet single = back(targets);
+    return ((single | back(single)) & board.pawns[kUs]) != 0;
+}
+
+void gen_pawn_checks(MoveList& list, const Board& board, Square king,
+                     const Candidates& candidates) {
+    const Square64 king64 = square64_of(king);
+    if (!(board.turn == kWhite ? may_pawn_check<kWhite>(board, king64)
+                               : may_pawn_check<kBlack>(board, king64))) {
+        return;
+    }
+    for (const Square from : board_pawns(board, board.turn)) {
+        if (is_candidate(candidates, from)) {
+            continue;
+        }
+        for_each_push(board, from, [&](Square to) {
+            if ((pawn_of(board.turn) & delta_mask_of(to, king)) != 0) {
+                list_add(list, move_make(from, to));
+            }
+        });
+    }
 }
 
 void gen_castling_checks(MoveList& list, Board& board) {
@@ -144,29 +158,19 @@ void gen_castling_checks(MoveList& list, Board& board) {
 void gen_quiet_checks(MoveList& list, Board& board) {
     list.size = 0;
     const Square king = board_king(board, color_opposite(board.turn));
-    const Candidates candidates = find_candidates(board, king);
-    const CheckingSquares checks = find_checking_squares(board, square64_of(king));
+    const SquareSet men = board_men(board);
+    const SquareSet on_diagonals = bishop_view(men, square64_of(king));
+    const SquareSet on_lines = rook_view(men, square64_of(king));
+    const Candidates candidates = find_candidates(board, king, on_diagonals | on_lines);
     for (std::size_t i = 0; i < static_cast<std::size_t>(candidates.size); ++i) {
         gen_discovered_checks(list, board, candidates.square[i], king);
     }
-    for (const Square from : board_officers(board, board.turn)) {
-        if (is_candidate(candidates, from)) {
-            continue;
-        }
-        const SquareSet targets =
-            direct_checks(checks, board_piece(board, from), square64_of(from));
-        add_in_order(list, board, from, targets);
-    }
-    for (const Square from : board_pawns(board, board.turn)) {
-        if (is_candidate(candidates, from)) {
-            continue;
-        }
-        for_each_push(board, from, [&](Square to) {
-            if ((pawn_of(board.turn) & delta_mask_of(to, king)) != 0) {
-                list_add(list, move_make(from, to));
-            }
-        });
-    }
+    const std::uint8_t* man = board_officers(board, board.turn).begin();
+    gen_direct_checks<kQueen>(list, board, man, (on_diagonals | on_lines) & ~men, candidates);
+    gen_direct_checks<kRook>(list, board, man, on_lines & ~men, candidates);
+    gen_direct_checks<kBishop>(list, board, man, on_diagonals & ~men, candidates);
+    gen_direct_checks<kKnight>(list, board, man, knight_view(square64_of(king)) & ~men, candidates);
+    gen_pawn_checks(list, board, king, candidates);
     gen_castling_checks(list, board);
 }
 

@@ -253,13 +253,18 @@ template <int kStep>
     return on_rank << (from & 56) | on_file << (from & 7);
 }
 
-// The same for a slider of this type.
+// What a piece of this type sees.
 template <PieceType kType>
-[[nodiscard]] constexpr SquareSet slider_view(SquareSet men, Square64 from) noexcept {
-    static_assert(kType == kBishop || kType == kRook || kType == kQueen);
-    const SquareSet on_diagonals = kType == kRook ? 0 : bishop_view(men, from);
-    const SquareSet on_lines = kType == kBishop ? 0 : rook_view(men, from);
-    return on_diagonals | on_lines;
+[[nodiscard]] constexpr SquareSet piece_view(SquareSet men, Square64 from) noexcept {
+    static_assert(kType != kPawn);
+    if constexpr (kType == kKing) {
+        return king_view(from);
+    } else if constexpr (kType == kKnight) {
+        return knight_view(from);
+    } else {
+        return (kType == kRook ? 0 : bishop_view(men, from)) |
+               (kType == kBishop ? 0 : rook_view(men, from));
+    }
 }
 
 // How many empty squares a bishop or rook sees.
