@@ -4,6 +4,7 @@
 
 #include "board/movegen.h"
 #include "board/movegen_parts.h"
+#include "board/set.h"
 
 namespace zar {
 
@@ -22,7 +23,6 @@ struct Generator {
     const Attack& attack;
     Square king;
     Square forward;  // the pawn step of the side in check
-    int enemy_bit;
 
     [[nodiscard]] bool done() const { return kEvasions == Evasions::any && list.size > 0; }
 
@@ -36,7 +36,7 @@ struct Generator {
 };
 
 // Straight away from a checking slider the king stays on its line.
-bool flees_along_line(const Attack& attack, int step) {
+bool flees_along_line(const Attack& attack, Square step) {
     for (int i = 0; i < attack.count; ++i) {
         if (attack.inc[static_cast<std::size_t>(i)] == -step) {
             return true;
@@ -47,16 +47,17 @@ bool flees_along_line(const Attack& attack, int step) {
 
 template <Evasions kEvasions>
 void gen_king_moves(Generator<kEvasions>& gen) {
-    for (const int step : king_steps) {
-        const Square to = gen.king + step;
-        const Piece target = board_piece(gen.board, to);
-        if (flees_along_line(gen.attack, step) ||
-            (target != kEmpty && (target & gen.enemy_bit) == 0)) {
+    const Square64 king = square64_of(gen.king);
+    const SquareSet own = gen.board.men[static_cast<std::size_t>(gen.board.turn)];
+    // Lowest square first is the order of the king's steps.
+    for (SquareSet targets = king_view(king) & ~own; targets != 0; targets = set_rest(targets)) {
+        const Square to = square_of_64(set_first(targets));
+        if (flees_along_line(gen.attack, to - gen.king)) {
             continue;
         }
         if (kEvasions == Evasions::pseudo ||
             !is_attacked(gen.board, to, color_opposite(gen.board.turn))) {
-            list_add(gen.list, move_make(gen.king, to));
+            list_add(gen.list, move_of_64(king, set_first(targets)));
         }
     }
 }
@@ -118,12 +119,8 @@ void gen_pawn_interpositions(Generator<kEvasions>& gen, Square between) {
 template <Evasions kEvasions>
 void generate(MoveList& list, Board& board, const Attack& attack) {
     list.size = 0;
-    Generator<kEvasions> gen{list,
-                             board,
-                             attack,
-                             board_king(board, board.turn),
-                             pawn_step_of(board.turn),
-                             color_bit(color_opposite(board.turn))};
+    Generator<kEvasions> gen{list, board, attack, board_king(board, board.turn),
+                             pawn_step_of(board.turn)};
     gen_king_moves(gen);
     if (attack.count != 1 || gen.done()) {
         return;

@@ -73,10 +73,10 @@ int mixed_score(Move move, const Board& board, Move hash_move, const std::array<
 
 // Adds a move behind those of at least its score. Half a word for the score and half for the move
 // make this one comparison and one store for each move that is passed.
-void serve_in_order(Picker& picker, Move move, int score) {
+void serve_in_order(Picker& picker, Move move, int score, std::size_t size) {
     auto& scored = picker.scored;
     const std::int32_t key = score * kMoveCodes;
-    auto place = static_cast<std::size_t>(picker.size++);
+    std::size_t place = size;
     while (place > 0 && scored[place - 1] < key) {
         scored[place] = scored[place - 1];
         --place;
@@ -88,9 +88,11 @@ void serve_in_order(Picker& picker, Move move, int score) {
 // equal score keep their order.
 template <typename Rule>
 void serve_sorted(Picker& picker, const MoveList& list, Rule rule) {
-    for (std::size_t i = 0; i < static_cast<std::size_t>(list.size); ++i) {
-        serve_in_order(picker, list.move[i], rule(list.move[i]));
+    const auto size = static_cast<std::size_t>(list.size);
+    for (std::size_t i = 0; i < size; ++i) {
+        serve_in_order(picker, list.move[i], rule(list.move[i]), i);
     }
+    picker.size = list.size;
 }
 
 void serve(Picker& picker, Move move) {
@@ -102,6 +104,7 @@ void serve(Picker& picker, Move move) {
 void serve_quiets(Picker& picker, const MoveList& list, const SearchThread& self) {
     std::array<Move, kMaxMoves> plain;
     std::size_t plain_count = 0;
+    std::size_t size = 0;
     for (std::size_t i = 0; i < static_cast<std::size_t>(list.size); ++i) {
         const Move move = list.move[i];
         const int credit =
@@ -109,12 +112,13 @@ void serve_quiets(Picker& picker, const MoveList& list, const SearchThread& self
         if (credit == 0) {
             plain[plain_count++] = move;
         } else {
-            serve_in_order(picker, move, credit);
+            serve_in_order(picker, move, credit, size++);
         }
     }
     for (std::size_t i = 0; i < plain_count; ++i) {
-        serve(picker, plain[i]);
+        picker.scored[size++] = plain[i];
     }
+    picker.size = list.size;
 }
 
 void enter_killers(Picker& picker) {
