@@ -189,15 +189,20 @@ constexpr auto falling_diagonal = make_diagonals(15);
     return (men >> (square & 7) & kFirstFile) * kGather >> 56;
 }
 
-[[nodiscard]] constexpr std::size_t diagonal_bits(SquareSet men,
-                                                  const Diagonal& diagonal) noexcept {
-    return ((men & diagonal.squares) | diagonal.beyond) * kFirstFile >> 56;
+[[nodiscard]] constexpr std::size_t diagonal_bits(SquareSet cells) noexcept {
+    return cells * kFirstFile >> 56;
 }
 
 [[nodiscard]] constexpr SquareSet diagonal_view(SquareSet men, const Diagonal& diagonal,
                                                 Square64 from) noexcept {
-    const SquareSet seen = cells_seen[file_of(from)][diagonal_bits(men, diagonal)];
+    const SquareSet seen = cells_seen[file_of(from)][diagonal_bits(men & diagonal.squares)];
     return seen * kFirstFile & diagonal.squares;
+}
+
+[[nodiscard]] constexpr std::size_t diagonal_reach(SquareSet men, const Diagonal& diagonal,
+                                                   Square64 from) noexcept {
+    const SquareSet cells = (men & diagonal.squares) | diagonal.beyond;
+    return cells_empty[file_of(from)][diagonal_bits(cells)];
 }
 
 // A file's cells back from the bits of a byte.
@@ -270,9 +275,8 @@ template <PieceType kType>
 // How many empty squares a bishop or rook sees.
 [[nodiscard]] constexpr std::size_t bishop_reach(SquareSet men, Square64 from) noexcept {
     const auto index = static_cast<std::size_t>(from);
-    const auto& cells = detail::cells_empty[detail::file_of(from)];
-    return std::size_t{cells[detail::diagonal_bits(men, detail::rising_diagonal[index])]} +
-           cells[detail::diagonal_bits(men, detail::falling_diagonal[index])];
+    return detail::diagonal_reach(men, detail::rising_diagonal[index], from) +
+           detail::diagonal_reach(men, detail::falling_diagonal[index], from);
 }
 
 [[nodiscard]] constexpr std::size_t rook_reach(SquareSet men, Square64 from) noexcept {
