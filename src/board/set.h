@@ -127,9 +127,8 @@ consteval std::array<Diagonal, 64> make_diagonals(int step) {
     return table;
 }
 
-// Tables by a place 0..7 on a line of eight cells and the cells that are occupied, the bits of a
-// byte.
-using LineTable = std::array<std::array<std::uint8_t, 256>, 8>;
+// Tables by the cells of a line that are occupied, the bits of a byte, and a place 0..7 on it.
+using LineTable = std::array<std::array<std::uint8_t, 8>, 256>;
 
 // Calls action(cell, is_empty) for the cells on both sides, up to and including the first that is
 // occupied.
@@ -149,11 +148,11 @@ constexpr void walk_line(int place, unsigned occupied, Action action) {
 template <typename Rule>
 consteval LineTable make_line_table(Rule rule) {
     LineTable table{};
-    for (std::size_t place = 0; place < table.size(); ++place) {
-        for (std::size_t occupied = 0; occupied < table[place].size(); ++occupied) {
+    for (std::size_t occupied = 0; occupied < table.size(); ++occupied) {
+        for (std::size_t place = 0; place < table[occupied].size(); ++place) {
             walk_line(static_cast<int>(place), static_cast<unsigned>(occupied),
                       [&](int cell, bool is_empty) {
-                          std::uint8_t& entry = table[place][occupied];
+                          std::uint8_t& entry = table[occupied][place];
                           entry = static_cast<std::uint8_t>(rule(entry, cell, is_empty));
                       });
         }
@@ -195,14 +194,14 @@ constexpr auto falling_diagonal = make_diagonals(15);
 
 [[nodiscard]] constexpr SquareSet diagonal_view(SquareSet men, const Diagonal& diagonal,
                                                 Square64 from) noexcept {
-    const SquareSet seen = cells_seen[file_of(from)][diagonal_bits(men & diagonal.squares)];
+    const SquareSet seen = cells_seen[diagonal_bits(men & diagonal.squares)][file_of(from)];
     return seen * kFirstFile & diagonal.squares;
 }
 
 [[nodiscard]] constexpr std::size_t diagonal_reach(SquareSet men, const Diagonal& diagonal,
                                                    Square64 from) noexcept {
     const SquareSet cells = (men & diagonal.squares) | diagonal.beyond;
-    return cells_empty[file_of(from)][diagonal_bits(cells)];
+    return cells_empty[diagonal_bits(cells)][file_of(from)];
 }
 
 // A file's cells back from the bits of a byte.
@@ -252,9 +251,9 @@ template <int kStep>
 
 [[nodiscard]] constexpr SquareSet rook_view(SquareSet men, Square64 from) noexcept {
     const SquareSet on_rank =
-        detail::cells_seen[detail::file_of(from)][detail::rank_bits(men, from)];
+        detail::cells_seen[detail::rank_bits(men, from)][detail::file_of(from)];
     const SquareSet on_file =
-        detail::file_set[detail::cells_seen[detail::rank_of(from)][detail::file_bits(men, from)]];
+        detail::file_set[detail::cells_seen[detail::file_bits(men, from)][detail::rank_of(from)]];
     return on_rank << (from & 56) | on_file << (from & 7);
 }
 
@@ -280,8 +279,8 @@ template <PieceType kType>
 }
 
 [[nodiscard]] constexpr std::size_t rook_reach(SquareSet men, Square64 from) noexcept {
-    return std::size_t{detail::cells_empty[detail::file_of(from)][detail::rank_bits(men, from)]} +
-           detail::cells_empty[detail::rank_of(from)][detail::file_bits(men, from)];
+    return std::size_t{detail::cells_empty[detail::rank_bits(men, from)][detail::file_of(from)]} +
+           detail::cells_empty[detail::file_bits(men, from)][detail::rank_of(from)];
 }
 
 // The squares that pawns of a colour attack.
