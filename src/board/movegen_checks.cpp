@@ -105,6 +105,9 @@ void gen_direct_checks(MoveList& list, const Board& board, const std::uint8_t*& 
     const SquareSet men = board_men(board);
     const std::uint8_t* const end =
         man + board.kind_count[static_cast<std::size_t>(piece12_make(kType, board.turn))];
+    if (targets == 0) {
+        man = end;
+    }
     for (; man != end; ++man) {
         const Square64 from = square64_of(*man);
         const SquareSet checks = piece_view<kType>(men, from) & targets;
