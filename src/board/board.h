@@ -1,6 +1,6 @@
 // The one position record: a 16x16 mailbox with an edge ring, ordered lists of men, counts, and
-// sums and keys that are kept up to date move by move. A flat record without pointers, copied
-// whole.
+// sums, keys and sets of squares that are kept up to date move by move. A flat record without
+// pointers, copied whole.
 #pragma once
 
 #include <array>
@@ -126,11 +126,11 @@ struct SquareRange {
     return static_cast<std::uint8_t>(1 << (square_relative_row(square, color) - kFirstLine));
 }
 
-// Empties all squares and the side, castling, en-passant and half-move fields. Lists, counts and
-// keys are left as they are: board_finish_setup rebuilds them.
+// Empties all squares and the side, castling, en-passant and half-move fields. Lists, counts, keys
+// and sets are left as they are: board_finish_setup rebuilds them.
 void board_clear(Board& board);
 
-// Builds lists, counts, sums, history and keys from the squares, `turn`, `castle_flags`,
+// Builds lists, counts, sums, history, keys and sets from the squares, `turn`, `castle_flags`,
 // `ep_square` and `ply_nb` (0..kMaxClock). An illegal position is a fatal error with one of the
 // codes "X-Error 2EB1IP1" (no piece code), IP2 (too many pieces), IP3 (not one king), IP4 (too many
 // or misplaced pawns), IP5 (too many men), IP6 (the side not to move is in check). More than nine
@@ -149,7 +149,7 @@ void board_sum_psq(Board& board);
 // Forgets all but the newest `keep` entries of the key history.
 void board_trim_history(Board& board, int keep);
 
-// Do lists, counts, sums and keys agree with the squares? For asserts and tests.
+// Do lists, counts, sums, keys and sets agree with the squares? For asserts and tests.
 [[nodiscard]] bool board_consistent(const Board& board);
 
 // Writes two characters and a zero; false, with nothing written, when size is below 3.

@@ -97,8 +97,9 @@ void add_in_order(MoveList& list, const Board& board, Square from, SquareSet tar
     });
 }
 
-// Adds the checks of the next `count` men, of one type, that are no candidates. `targets` are the
-// empty squares from which that type attacks the king: most men reach none of them.
+// Adds the checks of the men of one type that are no candidates, and moves `man` past them: the
+// list holds type after type. `targets` are the empty squares from which that type attacks the
+// king: most men reach none of them.
 template <PieceType kType>
 void gen_direct_checks(MoveList& list, const Board& board, const std::uint8_t*& man,
                        SquareSet targets, const Candidates& candidates) {

@@ -1,6 +1,6 @@
 // Sets of squares, a word with one bit a square: which squares of a line a slider reaches over the
-// men on the board, and where knights and kings step. Written for move generation and mobility,
-// which ask about many squares at once; single questions of attack are answered by the mailbox.
+// men on the board, where knights and kings step, and how whole sets move. For those who ask about
+// many squares at once; single questions of attack are answered by the mailbox.
 #pragma once
 
 #include <array>
@@ -94,7 +94,7 @@ consteval SetTable make_step_sets(const Steps& steps) {
 }
 
 // All squares in one direction from each, up to the edge of the board.
-consteval SetTable make_ray(int step) {
+constexpr SetTable make_ray(int step) {
     SetTable table{};
     for (std::size_t from = 0; from < table.size(); ++from) {
         for (Square to = square_of_64(static_cast<Square64>(from)) + step; square_is_on_board(to);
@@ -179,29 +179,29 @@ constexpr auto falling_diagonal = make_diagonals(15);
 
 // A line's occupied cells as a byte, each read at its file, those of a file at their rank. The
 // products bring the bits of a diagonal or file together in the highest byte.
-[[nodiscard]] constexpr std::size_t rank_bits(SquareSet men, Square64 square) noexcept {
+[[nodiscard]] constexpr std::size_t cells_of_rank(SquareSet men, Square64 square) noexcept {
     return men >> (square & 56) & 255;
 }
 
-[[nodiscard]] constexpr std::size_t file_bits(SquareSet men, Square64 square) noexcept {
+[[nodiscard]] constexpr std::size_t cells_of_file(SquareSet men, Square64 square) noexcept {
     constexpr SquareSet kGather = 0x0102040810204080;
     return (men >> (square & 7) & kFirstFile) * kGather >> 56;
 }
 
-[[nodiscard]] constexpr std::size_t diagonal_bits(SquareSet cells) noexcept {
+[[nodiscard]] constexpr std::size_t cells_of_diagonal(SquareSet cells) noexcept {
     return cells * kFirstFile >> 56;
 }
 
 [[nodiscard]] constexpr SquareSet diagonal_view(SquareSet men, const Diagonal& diagonal,
                                                 Square64 from) noexcept {
-    const SquareSet seen = cells_seen[diagonal_bits(men & diagonal.squares)][file_of(from)];
+    const SquareSet seen = cells_seen[cells_of_diagonal(men & diagonal.squares)][file_of(from)];
     return seen * kFirstFile & diagonal.squares;
 }
 
 [[nodiscard]] constexpr std::size_t diagonal_reach(SquareSet men, const Diagonal& diagonal,
                                                    Square64 from) noexcept {
     const SquareSet cells = (men & diagonal.squares) | diagonal.beyond;
-    return cells_empty[diagonal_bits(cells)][file_of(from)];
+    return cells_empty[cells_of_diagonal(cells)][file_of(from)];
 }
 
 // A file's cells back from the bits of a byte.
@@ -216,16 +216,13 @@ consteval std::array<SquareSet, 256> make_file_sets() {
 }
 constexpr auto file_set = make_file_sets();
 
-}  // namespace detail
+constexpr auto knight_targets = make_step_sets(knight_steps);
+constexpr auto king_targets = make_step_sets(king_steps);
 
-// Squares one step away.
-constexpr auto knight_targets = detail::make_step_sets(knight_steps);
-constexpr auto king_targets = detail::make_step_sets(king_steps);
-
-namespace detail {
 template <int kStep>
-constexpr auto ray_targets = detail::make_ray(kStep);
-}
+constexpr auto ray_targets = make_ray(kStep);
+
+}  // namespace detail
 
 // All squares from one to the edge.
 template <int kStep>
@@ -234,11 +231,11 @@ template <int kStep>
 }
 
 [[nodiscard]] constexpr SquareSet knight_view(Square64 from) noexcept {
-    return knight_targets[static_cast<std::size_t>(from)];
+    return detail::knight_targets[static_cast<std::size_t>(from)];
 }
 
 [[nodiscard]] constexpr SquareSet king_view(Square64 from) noexcept {
-    return king_targets[static_cast<std::size_t>(from)];
+    return detail::king_targets[static_cast<std::size_t>(from)];
 }
 
 // The squares that a bishop or rook sees over these men, up to and including the first man in each
@@ -251,9 +248,9 @@ template <int kStep>
 
 [[nodiscard]] constexpr SquareSet rook_view(SquareSet men, Square64 from) noexcept {
     const SquareSet on_rank =
-        detail::cells_seen[detail::rank_bits(men, from)][detail::file_of(from)];
-    const SquareSet on_file =
-        detail::file_set[detail::cells_seen[detail::file_bits(men, from)][detail::rank_of(from)]];
+        detail::cells_seen[detail::cells_of_rank(men, from)][detail::file_of(from)];
+    const SquareSet on_file = detail::file_set[detail::cells_seen[detail::cells_of_file(men, from)]
+                                                                 [detail::rank_of(from)]];
     return on_rank << (from & 56) | on_file << (from & 7);
 }
 
@@ -279,8 +276,9 @@ template <PieceType kType>
 }
 
 [[nodiscard]] constexpr std::size_t rook_reach(SquareSet men, Square64 from) noexcept {
-    return std::size_t{detail::cells_empty[detail::rank_bits(men, from)][detail::file_of(from)]} +
-           detail::cells_empty[detail::file_bits(men, from)][detail::rank_of(from)];
+    return std::size_t{
+               detail::cells_empty[detail::cells_of_rank(men, from)][detail::file_of(from)]} +
+           detail::cells_empty[detail::cells_of_file(men, from)][detail::rank_of(from)];
 }
 
 // The squares that pawns of a colour attack.

@@ -72,7 +72,7 @@ int king_penalty(const Board& board) {
     constexpr int kQueenSide = kUs == kWhite ? kWhiteQueenSide : kBlackQueenSide;
     const PawnFiles& files = board.pawn_file[kUs];
     const Square king = board_king(board, kUs);
-    // Pawns behind the king do not shield.
+    // Pawns behind the king do not shield. No file has bits above these.
     const int ranks = kAllRanks << (relative_rank(king, kUs) - 1);
     const int current =
         shelter_penalty(files, static_cast<std::size_t>(square_column(king)), ranks);

@@ -14,6 +14,8 @@ namespace {
 
 constexpr std::size_t kPawnEntryCount = 0x80000;
 
+constexpr SquareSet kSecondRank = kFirstRank << 8;
+
 // Every thread writes its own table only.
 RecordCache<PawnRecord, kPawnEntryCount> pawn_cache;
 
@@ -50,13 +52,12 @@ PawnSets view_pawns(const Board& board) {
 // Of the pawns that are not isolated: those that no neighbour can protect and that cannot join
 // their neighbours safely.
 SquareSet backward_pawns(const PawnSets& pawns) {
-    constexpr SquareSet kSecondRank = kFirstRank << 8;
     const SquareSet beside = set_beside(pawns.own);
     const SquareSet alone = pawns.own & ~pawns.isolated & ~set_fill_up(beside);
     // All neighbours are ahead. A single step reaches one that is next, and from its second rank a
     // double step one that is two ranks on.
     const SquareSet single = alone & set_down(beside);
-    const SquareSet twice = alone & ~single & kSecondRank & set_down(beside, 2);
+    const SquareSet twice = alone & kSecondRank & set_down(beside, 2);
     const SquareSet enemy_beside = set_beside(pawns.enemy);
     const SquareSet any = pawns.own | pawns.enemy;
     const SquareSet single_stopped = set_down(any | enemy_beside) | set_down(enemy_beside, 2);
@@ -68,9 +69,8 @@ SquareSet backward_pawns(const PawnSets& pawns) {
 // way, and its defenders those that attack its next square?
 bool is_candidate(const PawnSets& pawns, Square64 square) {
     const SquareSet beside = set_beside(set_of(square));
-    const SquareSet files = set_fill_up(set_fill_down(beside));
     const SquareSet up_to = set_fill_down(beside);
-    const SquareSet ahead = files & ~up_to;
+    const SquareSet ahead = set_fill_up(set_up(beside));
     if (set_count(pawns.own & up_to) < set_count(pawns.enemy & ahead)) {
         return false;
     }
@@ -130,7 +130,6 @@ Square find_lone_pawn(const Board& board, Color color) {
 // Scores the pawns of one colour and notes what else there is to know about them.
 template <Color kUs>
 ScorePair evaluate_side(PawnRecord& record, const Board& board) {
-    constexpr SquareSet kSecondRank = kFirstRank << 8;
     const PawnSets pawns = view_pawns<kUs>(board);
     record.second_rank[kUs] = (pawns.own & kSecondRank) != 0 ? 1 : 0;
     record.passed_files[kUs] = static_cast<std::uint8_t>(set_fill_down(pawns.passed));

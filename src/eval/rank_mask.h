@@ -27,11 +27,6 @@ namespace zar {
 
 [[nodiscard]] constexpr int ranks_from(int rank) noexcept { return 0xFF & ~ranks_behind(rank); }
 
-// The next `count` ranks, as far as the board goes.
-[[nodiscard]] constexpr int ranks_next(int rank, int count) noexcept {
-    return ranks_ahead(rank) & ranks_up_to(rank + count);
-}
-
 namespace detail {
 
 template <typename Rule>

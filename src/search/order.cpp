@@ -71,8 +71,8 @@ int mixed_score(Move move, const Board& board, Move hash_move, const std::array<
     return quiet_score(move, board, self);
 }
 
-// Adds a move behind those of at least its score. Half a word for the score and half for the move
-// make this one comparison and one store for each move that is passed.
+// Adds a move to the `size` that are there, behind those of at least its score. Half a word for the
+// score and half for the move make this one comparison and one store for each move that is passed.
 void serve_in_order(Picker& picker, Move move, int score, std::size_t size) {
     auto& scored = picker.scored;
     const std::int32_t key = score * kMoveCodes;

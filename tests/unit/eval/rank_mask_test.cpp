@@ -25,14 +25,6 @@ TEST(RankMask, SetsOfRanksAroundAPawn) {
     EXPECT_EQ(ranks_from(1), 0b11111111);
 }
 
-TEST(RankMask, NextRanksEndWithTheBoard) {
-    EXPECT_EQ(ranks_next(2, 1), 0b00000100);
-    EXPECT_EQ(ranks_next(2, 2), 0b00001100);
-    EXPECT_EQ(ranks_next(2, 3), 0b00011100);
-    EXPECT_EQ(ranks_next(7, 3), 0b10000000);
-    EXPECT_EQ(ranks_next(8, 2), 0);
-}
-
 TEST(RankMask, TablesAgreeWithCountingForEverySet) {
     for (int mask = 0; mask < 256; ++mask) {
         int count = 0;
