@@ -110,13 +110,13 @@ struct alignas(kCacheLine) SearchThread {
     int selective_depth;  // highest ply reached
     int iteration_depth;
     int pv_index;           // which of the MultiPV lines is being searched
-    Move root_move;         // the root move being searched ...
-    int root_index;         // ... and its place among the root moves, from 0
+    int root_index;         // place of the root move being searched among all, from 0 ...
+    Move root_move;         // ... and the move itself
+    bool abort_allowed;     // there is a result to fall back to
     int reduce_one;         // how many plies more try quiet checks in quiescence, from the options
     int check_plies_limit;  // quiet checks are tried in quiescence plies not below this
     int poll_countdown;
     double hashfull_time;  // elapsed seconds when the hash fill was last printed by the poll
-    bool abort_allowed;    // there is a result to fall back to
     Stopwatch stopwatch;
     ThreadStatistics statistics;
     // Where an abandoned search returns to.
