@@ -20,7 +20,8 @@ constexpr SquareSet kSecondRank = kFirstRank << 8;
 RecordCache<PawnRecord, kPawnEntryCount> pawn_cache;
 
 // The pawns of both sides as one of them sees the board, moving up, and what follows from all of
-// them together: a side at a time instead of a pawn at a time saves 60 instructions a node.
+// them together: a side at a time instead of a pawn at a time saves 35 instructions a node at
+// depth 5.
 struct PawnSets {
     SquareSet own;
     SquareSet enemy;
