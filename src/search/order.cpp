@@ -1,5 +1,7 @@
 #include "search/order.h"
 
+#include <limits>
+
 #include "board/exchange.h"
 #include "search/history.h"
 #include "search/types.h"
@@ -27,6 +29,9 @@ constexpr int kSecondKillerScore = 2;
 
 // How many codes a move may have: the unit of a score above its move.
 constexpr std::int32_t kMoveCodes = 0x10000;
+
+// What stands before the first move.
+constexpr std::int32_t kAboveAllMoves = std::numeric_limits<std::int32_t>::max();
 
 // Most valuable victim first, then least valuable attacker.
 int capture_score(Move move, const Board& board) {
@@ -71,17 +76,20 @@ int mixed_score(Move move, const Board& board, Move hash_move, const std::array<
     return quiet_score(move, board, self);
 }
 
-// Adds a move to the `size` that are there, behind those of at least its score. Half a word for the
-// score and half for the move make this one comparison and one store for each move that is passed.
-void serve_in_order(Picker& picker, Move move, int score, std::size_t size) {
-    auto& scored = picker.scored;
+void picker_empty(Picker& picker) {
+    picker.next = 1;
+    picker.end = 1;
+}
+
+// Adds a move behind those of at least its score. Half a word for the score and half for the move
+// make this one comparison and one store for each move that is passed.
+void serve_in_order(Picker& picker, Move move, int score) {
     const std::int32_t key = score * kMoveCodes;
-    std::size_t place = size;
-    while (place > 0 && scored[place - 1] < key) {
-        scored[place] = scored[place - 1];
-        --place;
+    std::int32_t* place = &picker.scored[picker.end++];
+    for (; place[-1] < key; --place) {
+        *place = place[-1];
     }
-    scored[place] = key + move;
+    *place = key + move;
 }
 
 // Takes the list over as the moves of the stage, sorted by rule(move), highest first; moves of
@@ -90,35 +98,31 @@ template <typename Rule>
 void serve_sorted(Picker& picker, const MoveList& list, Rule rule) {
     const auto size = static_cast<std::size_t>(list.size);
     for (std::size_t i = 0; i < size; ++i) {
-        serve_in_order(picker, list.move[i], rule(list.move[i]), i);
+        serve_in_order(picker, list.move[i], rule(list.move[i]));
     }
-    picker.size = list.size;
 }
 
-void serve(Picker& picker, Move move) {
-    picker.scored[static_cast<std::size_t>(picker.size++)] = move;
-}
+void serve(Picker& picker, Move move) { picker.scored[picker.end++] = move; }
 
 // As serve_sorted by history. Most quiet moves have none: they go behind the others as they come,
 // so that no move has to pass them one by one.
 void serve_quiets(Picker& picker, const MoveList& list, const SearchThread& self) {
     std::array<Move, kMaxMoves> plain;
     std::size_t plain_count = 0;
-    std::size_t size = 0;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(list.size); ++i) {
+    const auto size = static_cast<std::size_t>(list.size);
+    for (std::size_t i = 0; i < size; ++i) {
         const Move move = list.move[i];
         const int credit =
             self.history[static_cast<std::size_t>(history_index(move, *picker.board))];
         if (credit == 0) {
             plain[plain_count++] = move;
         } else {
-            serve_in_order(picker, move, credit, size++);
+            serve_in_order(picker, move, credit);
         }
     }
     for (std::size_t i = 0; i < plain_count; ++i) {
-        picker.scored[size++] = plain[i];
+        serve(picker, plain[i]);
     }
-    picker.size = list.size;
 }
 
 void enter_killers(Picker& picker) {
@@ -135,8 +139,7 @@ void enter_stage(Picker& picker, const SearchThread& self) {
     Board& board = *picker.board;
     MoveList list;
     const auto by_capture = [&](Move move) { return capture_score(move, board); };
-    picker.next = 0;
-    picker.size = 0;
+    picker_empty(picker);
     switch (*picker.stage) {
         case Stage::captures:
         case Stage::q_captures:
@@ -205,9 +208,9 @@ void picker_start(Picker& picker, Board& board, const Attack& attack, const Stag
     picker.attack = &attack;
     picker.stage = stages;
     picker.deferred_size = 0;
+    picker.scored[0] = kAboveAllMoves;
     if (*stages == Stage::hash_move) {
-        picker.next = 0;
-        picker.size = 0;
+        picker_empty(picker);
         serve(picker, picker.hash_move);
     } else {
         enter_stage(picker, search_thread(thread));

@@ -30,10 +30,11 @@ struct Picker {
     Board* board;
     const Attack* attack;  // the checkers of the side to move
     const Stage* stage;    // current place in the sequence of stages
-    int size;              // moves of the current stage
-    int next;              // index of the move to look at next
-    // The moves, best first: the code in the low half of a word, its score in the high half.
-    std::array<std::int32_t, kMaxMoves> scored;
+    std::size_t next;      // place of the move to look at next
+    std::size_t end;       // place behind the last move of the current stage
+    // The moves from place 1 on, best first: the code in the low half of a word, its score in the
+    // high half. At place 0 a word above all, so that sorting need not ask where the moves begin.
+    std::array<std::int32_t, kMaxMoves + 1> scored;
     Move hash_move;
     std::array<Move, 2> killers;
     int deferred_size;
@@ -50,7 +51,7 @@ bool picker_advance(Picker& picker, int thread);
 
 // Takes the next move of the current stage, which must have one.
 inline Move picker_take(Picker& picker) noexcept {
-    return static_cast<Move>(picker.scored[static_cast<std::size_t>(picker.next++)]);
+    return static_cast<Move>(picker.scored[picker.next++]);
 }
 
 // Are the moves of the current stage the quiet ones out of check? Then so is the one served last.
@@ -64,18 +65,19 @@ inline Move picker_take(Picker& picker) noexcept {
 
 // A fetch from the table takes as long as half a node, and many moves are passed over without a
 // search of their own. So the entries of the following moves are asked for this many moves ahead.
-constexpr int kFetchedAhead = 3;
+constexpr std::size_t kFetchedAhead = 3;
 
-inline void picker_prefetch(const Picker& picker, int place) {
-    if (place < picker.size) {
-        const std::int32_t following = picker.scored[static_cast<std::size_t>(place)];
-        hash_prefetch(hash_table, key_after(*picker.board, static_cast<Move>(following)));
+inline void picker_prefetch(const Picker& picker, std::size_t ahead) {
+    const std::size_t place = picker.next + ahead;
+    if (place < picker.end) {
+        const auto following = static_cast<Move>(picker.scored[place]);
+        hash_prefetch(hash_table, key_after(*picker.board, following));
     }
 }
 
 // For the first moves of a stage.
 inline void picker_prefetch_first(const Picker& picker) {
-    for (int i = 0; i < kFetchedAhead; ++i) {
+    for (std::size_t i = 0; i < kFetchedAhead; ++i) {
         picker_prefetch(picker, i);
     }
 }
@@ -85,9 +87,9 @@ inline void picker_prefetch_first(const Picker& picker) {
 template <typename Skip>
 [[nodiscard]] Move next_move(Picker& picker, Skip skip, int thread) {
     while (true) {
-        while (picker.next < picker.size) {
+        while (picker.next < picker.end) {
             const Move move = picker_take(picker);
-            picker_prefetch(picker, picker.next + kFetchedAhead - 1);
+            picker_prefetch(picker, kFetchedAhead - 1);
             if (picker_is_quiet(picker) && skip(move)) {
                 continue;
             }
@@ -108,7 +110,9 @@ template <typename Skip>
 }
 
 // How many evasions there are, for a picker that was started in check.
-[[nodiscard]] inline int picker_evasion_count(const Picker& picker) { return picker.size; }
+[[nodiscard]] inline int picker_evasion_count(const Picker& picker) {
+    return static_cast<int>(picker.end) - 1;
+}
 
 // Starts the quiescence search's picker: all evasions in check, else captures, and quiet checks if
 // wanted. Serve it with next_qmove.
@@ -123,7 +127,7 @@ void qpicker_init(Picker& picker, Board& board, const Attack& attack, bool inclu
 template <typename Skip>
 [[nodiscard]] Move next_qmove(Picker& picker, Skip skip, int thread) {
     do {
-        while (picker.next < picker.size) {
+        while (picker.next < picker.end) {
             const Move move = picker_take(picker);
             if (*picker.stage == Stage::q_captures && skip(move)) {
                 continue;
