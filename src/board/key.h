@@ -16,9 +16,9 @@ namespace zar {
 [[nodiscard]] std::uint64_t pawn_key_compute(const Board& board);
 [[nodiscard]] std::uint64_t material_key_compute(const Board& board);
 
-// Term of a man on a square. The XOR turns white-first piece order into the format's order.
+// Term of a man on a square.
 [[nodiscard]] inline std::uint64_t piece_key_of(int piece12, Square64 square) noexcept {
-    return random64[64 * static_cast<std::size_t>(piece12 ^ 1) + static_cast<std::size_t>(square)];
+    return piece_keys[static_cast<std::size_t>(piece12)][static_cast<std::size_t>(square)];
 }
 
 // Term of the (count + 1)th man of a kind in `material_key`.

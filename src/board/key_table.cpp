@@ -4,7 +4,7 @@
 namespace zar {
 
 // clang-format off
-const std::array<std::uint64_t, 781> random64 = {
+constexpr std::array<std::uint64_t, 781> random64 = {
     0x9D39247E33776D41, 0x2AF7398005AAA5C7, 0x44DB015024623547, 0x9C15F73E62A76AE2,
     0x75834465489C0C89, 0x3290AC3A203001BF, 0x0FBBAD1F61042279, 0xE83A908FF2FB60CA,
     0x0D7E765D58755C10, 0x1A083822CEAFE02D, 0x9605D5F0E25EC3B0, 0xD021FF5CD13A2ED5,
@@ -203,5 +203,21 @@ const std::array<std::uint64_t, 781> random64 = {
     0xF8D626AAAF278509,
 };
 // clang-format on
+
+namespace {
+
+consteval std::array<std::array<std::uint64_t, 64>, kPieceKindCount> make_piece_keys() {
+    std::array<std::array<std::uint64_t, 64>, kPieceKindCount> table{};
+    for (std::size_t kind = 0; kind < table.size(); ++kind) {
+        for (std::size_t square = 0; square < 64; ++square) {
+            table[kind][square] = random64[64 * (kind ^ 1) + square];
+        }
+    }
+    return table;
+}
+
+}  // namespace
+
+constexpr std::array<std::array<std::uint64_t, 64>, kPieceKindCount> piece_keys = make_piece_keys();
 
 }  // namespace zar

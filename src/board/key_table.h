@@ -5,8 +5,14 @@
 #include <array>
 #include <cstdint>
 
+#include "board/piece.h"
+
 namespace zar {
 
 extern const std::array<std::uint64_t, 781> random64;
+
+// Those of men on squares, by Piece12 and Square64: the format has the black kind of each pair
+// first.
+extern const std::array<std::array<std::uint64_t, 64>, kPieceKindCount> piece_keys;
 
 }  // namespace zar
