@@ -2,6 +2,8 @@
 // rules applied after each completed line. The budget itself is computed by "go".
 #pragma once
 
+#include <algorithm>
+
 #include "search/types.h"
 
 namespace zar {
@@ -22,9 +24,7 @@ void poll(int thread);
 inline void count_node(int ply, int thread) {
     SearchThread& self = search_thread(thread);
     self.nodes += 1;
-    if (ply > self.selective_depth) {
-        self.selective_depth = ply;
-    }
+    self.selective_depth = std::max(self.selective_depth, ply);
     if (--self.poll_countdown <= 0) {
         self.poll_countdown = kPollInterval;
         poll(thread);

@@ -22,6 +22,9 @@ constexpr int kFallbackMegabytes = 128;
 constexpr Score kLargeScore = 3000;
 constexpr int kLargeScorePerPly = 40;
 
+// Neither a mate score nor a large one: so are nearly all, and stored as they are.
+constexpr bool is_ordinary(Score value) { return value >= -kLargeScore && value <= kLargeScore; }
+
 constexpr int kEmptyDepth = 128;
 static_assert(data_pack(kMoveNone, kEmptyDepth, kBoundNone, 0, 0) == 0);
 
@@ -127,29 +130,35 @@ double hash_full(HashTable& table) {
 }
 
 Score value_to_hash(Score value, int ply) {
+    if (is_ordinary(value)) {
+        return value;
+    }
     if (value > kMateBound) {
         return value + ply;
     }
     if (value < -kMateBound) {
         return value - ply;
     }
-    if (value < -kLargeScore && value > -kMateBound) {
+    if (value < 0 && value > -kMateBound) {
         return value - kLargeScorePerPly * ply;
     }
     return value;
 }
 
 Score value_from_hash(Score value, int ply) {
+    if (is_ordinary(value)) {
+        return value;
+    }
     if (value > kMateBound) {
         return value - ply;
     }
     if (value < -kMateBound) {
         return value + ply;
     }
-    if (value > kLargeScore && value < kMateBound) {
+    if (value > 0 && value < kMateBound) {
         return value - kLargeScorePerPly * ply;
     }
-    if (value < -kLargeScore && value > -kMateBound) {
+    if (value < 0 && value > -kMateBound) {
         return value + kLargeScorePerPly * ply;
     }
     return value;

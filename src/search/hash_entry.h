@@ -93,17 +93,15 @@ inline bool any_of_cluster(HashEntry* cluster, Action action) {
     (std::make_integer_sequence<int, kHashClusterSize>());
 }
 
-// The entry that holds the position; null when there is none.
+// The entry that holds the position; null when there is none. Looks at one place after the other.
+template <int kPlace = 0>
 [[nodiscard]] inline HashEntry* cluster_find(HashEntry* cluster, std::uint64_t key) {
-    HashEntry* found = nullptr;
-    any_of_cluster(cluster, [&](HashEntry& entry, int) {
-        if (word_load(entry.key) != key) {
-            return false;
-        }
-        found = &entry;
-        return true;
-    });
-    return found;
+    if constexpr (kPlace == kHashClusterSize) {
+        return nullptr;
+    } else {
+        return word_load(cluster[kPlace].key) == key ? cluster + kPlace
+                                                     : cluster_find<kPlace + 1>(cluster, key);
+    }
 }
 
 }  // namespace zar
