@@ -21,17 +21,17 @@ constexpr int kQuiescenceDraft = 0;
 
 struct QNode {
     Board& board;
+    Line& pv;
+    Attack& attack;
     Score alpha;
     Score beta;
     Score alpha_at_entry;  // the caller's, before mate distance and stand-pat
     int qdepth;
     int ply;
-    Line& pv;
     int thread;
-    Attack& attack;
     Score best;
-    Move best_move;
     Score delta_base;  // stand-pat score plus margin; not looked at in check
+    Move best_move;
 };
 
 void store(const QNode& node, Move move, int bound, Score value) {
@@ -183,6 +183,11 @@ bool is_draw(Board& board, int thread) {
 }
 
 bool mate_distance_cuts(Board& board, Score& alpha, Score& beta, int ply, Score& score) {
+    // Nearly always no mate is in sight, however deep the node.
+    static_assert(kMaxPly + 1 - kMateScore <= -kMateBound + 1);
+    if (alpha > -kMateBound && beta < kMateBound) {
+        return false;
+    }
     Score lower = ply + 2 - kMateScore;
     if (alpha < lower && board_is_mate(board)) {
         lower = ply - kMateScore;
@@ -220,17 +225,17 @@ Score qsearch(Board& board, Score alpha, Score beta, int qdepth, int ply, Line& 
         return evaluate(board, alpha, beta, thread);
     }
     QNode node{.board = board,
+               .pv = pv_out,
+               .attack = attack,
                .alpha = alpha,
                .beta = beta,
                .alpha_at_entry = alpha_at_entry,
                .qdepth = qdepth,
                .ply = ply,
-               .pv = pv_out,
                .thread = thread,
-               .attack = attack,
                .best = kNoScore,
-               .best_move = kMoveNone,
-               .delta_base = 0};
+               .delta_base = 0,
+               .best_move = kMoveNone};
     if (node.attack.count > 0) {
         node.qdepth += 1;
     } else if (stand_pat(node, score)) {

@@ -1,5 +1,6 @@
 #include "search/quiesce.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 
@@ -369,6 +370,29 @@ TEST_F(Quiesce, TheWindowIsNarrowedToWhatMatesAllow) {
     expect_mate_distance(mate_fen, kPly, {-30000, 30000, false, 0, -29990, 29989});
     expect_mate_distance(mate_fen, kPly, {-29989, -29988, false, 0, -29989, -29988});
     expect_mate_distance(mate_fen, kPly, {-30000, -29990, true, -29990, 0, 0});
+}
+
+// The lowest and highest score that are within reach of a node that is no mate.
+void expect_narrowed(int ply, Score alpha, Score beta) {
+    const Score lower = ply + 2 - 30000;
+    const Score upper = 30000 - 1 - ply;
+    MateRow row = {alpha, beta, false, 0, std::max(alpha, lower), std::min(beta, upper)};
+    if (alpha < lower && beta <= lower) {
+        row = {alpha, beta, true, lower, 0, 0};
+    } else if (upper < beta && upper <= alpha) {
+        row = {alpha, beta, true, upper, 0, 0};
+    }
+    expect_mate_distance(kQuietFen, ply, row);
+}
+
+TEST_F(Quiesce, AtEveryPlyTheWindowIsNarrowedAlike) {
+    for (int ply = 0; ply < kMaxPly; ++ply) {
+        for (Score edge = kMateBound - 3; edge <= kMateBound + 3; ++edge) {
+            expect_narrowed(ply, -edge, -edge + 1);
+            expect_narrowed(ply, -edge, edge);
+            expect_narrowed(ply, edge - 1, edge);
+        }
+    }
 }
 
 }  // namespace
