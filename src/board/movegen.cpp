@@ -65,7 +65,12 @@ void gen_slides(MoveList& list, const Board& board, Square from, SquareSet men, 
         if constexpr (kTargets == Targets::captures) {
             const Square64 from64 = square64_of(from);
             const SquareSet hits = piece_view<kType>(men, from64) & wanted;
-            if (hits != 0) {
+            if (hits == 0) {
+                return;
+            }
+            if (set_rest(hits) == 0) {
+                list_add(list, move_of_64(from64, set_first(hits)));
+            } else {
                 (gen_hit<kSteps[kIndex]>(list, from64, hits), ...);
             }
         } else {
@@ -127,28 +132,48 @@ void gen_pawn_push(MoveList& list, const Board& board, Square from) {
     }
 }
 
-// Can any pawn? That is less than to ask each of them.
+// The pawns that can capture or promote: often none, and seldom more than one.
 template <Color kUs>
-bool can_capture_or_promote(const Board& board) {
+SquareSet tactical_pawns(const Board& board) {
+    constexpr Color kThem = color_opposite(kUs);
     constexpr SquareSet kSeventhRank = kFirstRank << 8 * (kUs == kWhite ? 6 : 1);
-    const SquareSet pawns = board.pawns[kUs];
-    return (pawn_targets<kUs>(pawns) & men_of(board, color_opposite(kUs))) != 0 ||
-           (pawns & kSeventhRank) != 0;
+    return board.pawns[kUs] & (pawn_targets<kThem>(men_of(board, kThem)) | kSeventhRank);
 }
 
 // Promotions count as captures.
 template <Targets kTargets, Color kUs>
-void gen_pawns_of(MoveList& list, const Board& board) {
-    if (kTargets == Targets::captures && !can_capture_or_promote<kUs>(board)) {
+void gen_pawn(MoveList& list, const Board& board, Square from) {
+    if constexpr (kTargets != Targets::quiets) {
+        gen_pawn_captures<kUs>(list, board, from);
+    }
+    if (kTargets == Targets::all || is_seventh_rank(from, kUs) == (kTargets == Targets::captures)) {
+        gen_pawn_push<kUs>(list, board, from);
+    }
+}
+
+template <Color kUs>
+void gen_tactical_pawns(MoveList& list, const Board& board) {
+    const SquareSet pawns = tactical_pawns<kUs>(board);
+    if (set_rest(pawns) == 0) {
+        if (pawns != 0) {
+            gen_pawn<Targets::captures, kUs>(list, board, square_of_64(set_first(pawns)));
+        }
         return;
     }
     for (const Square from : board_pawns(board, kUs)) {
-        if constexpr (kTargets != Targets::quiets) {
-            gen_pawn_captures<kUs>(list, board, from);
+        if (set_has(pawns, square64_of(from))) {
+            gen_pawn<Targets::captures, kUs>(list, board, from);
         }
-        if (kTargets == Targets::all ||
-            is_seventh_rank(from, kUs) == (kTargets == Targets::captures)) {
-            gen_pawn_push<kUs>(list, board, from);
+    }
+}
+
+template <Targets kTargets, Color kUs>
+void gen_pawns_of(MoveList& list, const Board& board) {
+    if constexpr (kTargets == Targets::captures) {
+        gen_tactical_pawns<kUs>(list, board);
+    } else {
+        for (const Square from : board_pawns(board, kUs)) {
+            gen_pawn<kTargets, kUs>(list, board, from);
         }
     }
 }
