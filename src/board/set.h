@@ -7,6 +7,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 
 #include "board/geometry.h"
 #include "board/piece.h"
@@ -180,7 +181,9 @@ constexpr auto falling_diagonal = make_diagonals(15);
 // A line's occupied cells as a byte, each read at its file, those of a file at their rank. The
 // products bring the bits of a diagonal or file together in the highest byte.
 [[nodiscard]] constexpr std::size_t cells_of_rank(SquareSet men, Square64 square) noexcept {
-    return men >> (square & 56) & 255;
+    const std::size_t rank = rank_of(square);
+    const auto ranks = std::bit_cast<std::array<std::uint8_t, 8>>(men);
+    return ranks[std::endian::native == std::endian::little ? rank : 7 - rank];
 }
 
 [[nodiscard]] constexpr std::size_t cells_of_file(SquareSet men, Square64 square) noexcept {
@@ -215,6 +218,34 @@ consteval std::array<SquareSet, 256> make_file_sets() {
     return table;
 }
 constexpr auto file_set = make_file_sets();
+
+// A knight's squares are the same eight bits from everywhere, once the set is turned by the square
+// that it stands on. This product maps all sets of so many of them to the same few numbers.
+[[nodiscard]] constexpr std::size_t knight_index(SquareSet reached, Square64 from) noexcept {
+    constexpr SquareSet kGather = 0x8082100200101088;
+    return std::rotr(reached, static_cast<int>(from)) * kGather >> 59;
+}
+
+// How many squares a set of a knight's squares has, by that number. Two sets of unlike size with
+// one number would not compile.
+consteval std::array<std::uint8_t, 32> make_knight_counts() {
+    constexpr std::array<int, 8> kBits = {6, 10, 15, 17, 47, 49, 54, 58};
+    std::array<std::uint8_t, 32> table{};
+    for (unsigned subset = 1; subset < 256; ++subset) {
+        SquareSet reached = 0;
+        for (std::size_t bit = 0; bit < kBits.size(); ++bit) {
+            reached |= SquareSet{subset >> bit & 1} << kBits[bit];
+        }
+        const auto count = static_cast<std::uint8_t>(std::popcount(subset));
+        std::uint8_t& entry = table[knight_index(reached, 0)];
+        if (entry != 0 && entry != count) {
+            std::abort();
+        }
+        entry = count;
+    }
+    return table;
+}
+constexpr auto knight_counts = make_knight_counts();
 
 constexpr auto knight_targets = make_step_sets(knight_steps);
 constexpr auto king_targets = make_step_sets(king_steps);
@@ -252,6 +283,11 @@ template <int kStep>
     const SquareSet on_file = detail::file_set[detail::cells_seen[detail::cells_of_file(men, from)]
                                                                  [detail::rank_of(from)]];
     return on_rank << (from & 56) | on_file << (from & 7);
+}
+
+// How many of the squares that a knight sees are in the set, which holds no others.
+[[nodiscard]] constexpr std::size_t knight_count(SquareSet reached, Square64 from) noexcept {
+    return detail::knight_counts[detail::knight_index(reached, from)];
 }
 
 // What a piece of this type sees.

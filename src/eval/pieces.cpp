@@ -101,10 +101,11 @@ void count_attacker(PieceSum<kUs>& sum, Square square, unsigned weight) {
 template <Color kUs>
 void add_knight(PieceSum<kUs>& sum, Square square) {
     count_attacker(sum, square, 1);
-    const SquareSet reached = knight_view(square64_of(square)) & ~sum.not_free;
-    sum.add(eval_weights.mobility.knight[static_cast<std::size_t>(set_count(reached))]);
-    const Square seen = kUs == kWhite ? square : square_flip_rows(square);
-    const int outpost = kKnightOutpost[static_cast<std::size_t>(square64_of(seen))];
+    const Square64 square64 = square64_of(square);
+    const SquareSet reached = knight_view(square64) & ~sum.not_free;
+    sum.add(eval_weights.mobility.knight[knight_count(reached, square64)]);
+    constexpr Square64 kFlipRanks = kUs == kWhite ? 0 : 56;
+    const int outpost = kKnightOutpost[static_cast<std::size_t>(square64 ^ kFlipRanks)];
     if (outpost != 0 && !enemy_pawn_attacks(sum, square)) {
         sum.score.opening += outpost * own_pawns_defending(sum, square);
     }

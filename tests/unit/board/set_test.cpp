@@ -51,6 +51,18 @@ TEST(Set, SlidersSeeUpToTheFirstMan) {
     compare_views(board_of("k7/8/8/8/8/8/8/7K w - - 0 1"));
 }
 
+TEST(Set, TheSquaresThatAKnightSeesAreCounted) {
+    for (Square64 from = 0; from < 64; ++from) {
+        const SquareSet seen = knight_view(from);
+        // All subsets, the whole set first.
+        SquareSet reached = seen;
+        do {
+            ASSERT_EQ(knight_count(reached, from), std::popcount(reached)) << from;
+            reached = (reached - 1) & seen;
+        } while (reached != seen);
+    }
+}
+
 TEST(Set, ACornerSeesTheOtherCornerOverAnEmptyLine) {
     const SquareSet men = set_of_square(kA1) | set_of_square(kH8) | set_of_square(kA8);
     EXPECT_TRUE(set_has(bishop_view(men, square64_of(kA1)), square64_of(kH8)));
