@@ -96,7 +96,7 @@ void list_insert(Board& board, const ManList& list, int index, Square man) {
     board.material[index_of(color)] -= piece_value_of(piece);
     if (update_state) {
         toggle_sets(board, set_of(square64_of(square)), piece);
-        const PsqEntry psq = psq_of(kind, square64_of(square));
+        const PsqEntry& psq = psq_of(kind, square64_of(square));
         board.pst_opening -= psq.opening;
         board.pst_endgame -= psq.endgame;
         const std::uint64_t term = piece_key_of(kind, square64_of(square));
@@ -146,8 +146,8 @@ void square_put(Board& board, Square square, Piece piece, int index) {
     const Square64 from64 = square64_of(from);
     const Square64 to64 = square64_of(to);
     toggle_sets(board, set_of(from64) | set_of(to64), piece);
-    const PsqEntry old_psq = psq_of(kind, from64);
-    const PsqEntry new_psq = psq_of(kind, to64);
+    const PsqEntry& old_psq = psq_of(kind, from64);
+    const PsqEntry& new_psq = psq_of(kind, to64);
     board.pst_opening += new_psq.opening - old_psq.opening;
     board.pst_endgame += new_psq.endgame - old_psq.endgame;
     const std::uint64_t term = piece_key_of(kind, from64) ^ piece_key_of(kind, to64);
@@ -179,7 +179,7 @@ int promotion_index(const Board& board, Piece piece) {
     board.material_key ^= material_key_of(kind, board.kind_count[index_of(kind)]);
     square_put(board, to, piece, promotion_index(board, piece));
     toggle_sets(board, set_of(square64_of(to)), piece);
-    const PsqEntry psq = psq_of(kind, square64_of(to));
+    const PsqEntry& psq = psq_of(kind, square64_of(to));
     board.pst_opening += psq.opening;
     board.pst_endgame += psq.endgame;
     board.key ^= piece_key_of(kind, square64_of(to));

@@ -22,7 +22,7 @@ using PsqTable = std::array<std::array<PsqEntry, 64>, kPieceKindCount>;
 // command thread while no search runs, read by all.
 extern PsqTable psq_table;
 
-[[nodiscard]] inline PsqEntry psq_of(int piece12, Square64 square) noexcept {
+[[nodiscard]] inline const PsqEntry& psq_of(int piece12, Square64 square) noexcept {
     return psq_table[static_cast<std::size_t>(piece12)][static_cast<std::size_t>(square)];
 }
 

@@ -103,7 +103,7 @@ Score finish(const Board& board, ScorePair total, const MaterialRecord& material
     if (bishops_differ_in_shade(board, material)) {
         std::replace(scales.begin(), scales.end(), kFullScale, kOppositeBishopsScale);
     }
-    score = score * scales[score > 0 ? kWhite : kBlack] / kFullScale;
+    score = score * (score > 0 ? scales[kWhite] : scales[kBlack]) / kFullScale;
     return side_to_move_view(board, std::clamp(score, -kMaxEval, kMaxEval));
 }
 
