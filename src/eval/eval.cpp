@@ -19,7 +19,8 @@ namespace zar {
 
 namespace {
 
-constexpr ScorePair kMoveBonus = {20, 10};
+// For the side to move, by colour and in White's view.
+constexpr std::array<ScorePair, kColorCount> kMoveBonus = {{{20, 10}, {-20, -10}}};
 
 // A side with fewer pieces, king included, is never evaluated by estimate: there the terms left out
 // may decide the game.
@@ -39,7 +40,7 @@ ScorePair psq_score(const Board& board) { return {board.pst_opening, board.pst_e
 // What the board's counts, sums and caches know, and the bonus for the move.
 ScorePair base_score(const Board& board, const MaterialRecord& material, const PawnRecord& pawns) {
     const ScorePair score = material_score(material) + psq_score(board) + pawn_score(pawns);
-    return board.turn == kWhite ? score + kMoveBonus : score - kMoveBonus;
+    return score + kMoveBonus[static_cast<std::size_t>(board.turn)];
 }
 
 bool needs_shelter(const MaterialRecord& material, Color color) {
