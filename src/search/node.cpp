@@ -11,6 +11,7 @@
 #include "eval/eval.h"
 #include "eval/pawns.h"
 #include "search/budget.h"
+#include "search/endgame.h"
 #include "search/extend.h"
 #include "search/hash.h"
 #include "search/history.h"
@@ -22,7 +23,6 @@ namespace zar {
 
 namespace {
 
-constexpr int kEndgameMen = 5;  // the most that a database of endgames holds
 constexpr int kRazorDepth = 3;
 constexpr Score kRazorMargin = 300;
 constexpr Score kRazorMarginPerPly = 39;
@@ -95,25 +95,6 @@ Score search_node(Board& board, Score alpha, Score beta, int depth, int ply, Lin
         return calm_score(board, alpha, beta, ply, pv_out, thread);
     }
     return search_node(board, alpha, beta, depth, ply, pv_out, node_type, ext_flag, thread);
-}
-
-// Asks the endgame database, when there is one: not too deep in the tree for positions with all its
-// men, and near the root only after a capture or a pawn move has brought a new ending about. True
-// when the score is known.
-bool probe_endgame(Board& board, int ply, Score& score, int thread) {
-    if (search_shared.hooks.probe_endgame == nullptr || board.total_count > kEndgameMen) {
-        return false;
-    }
-    const int reach = 2 * search_thread(thread).iteration_depth / 3;
-    const bool irreversible = board.cap_sq != kNoSquare || piece_is_pawn(board.moved_piece);
-    Score stored = 0;
-    if ((ply > reach && board.total_count == kEndgameMen) || (ply < reach && !irreversible) ||
-        !search_shared.hooks.probe_endgame(board, stored)) {
-        return false;
-    }
-    const bool is_mated = stored < 0 && board_is_mate(board);
-    score = is_mated ? ply - kMateScore : value_from_hash(stored, ply);
-    return true;
 }
 
 void probe_hash(Node& node) {
