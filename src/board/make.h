@@ -26,11 +26,11 @@ struct UndoInfo {
     int pst_endgame;
     Piece moved_piece;
     Move last_move;
-    bool captured;
     Square cap_square;  // where the man stood that was taken
     Piece cap_piece;
     int cap_index;   // its place in its list when it was taken
     int pawn_index;  // for a promotion, the pawn's place in its list
+    bool captured;
 };
 
 // Plays a pseudo-legal move. The key history must have a free entry.
