@@ -103,7 +103,7 @@ void probe_hash(Node& node) {
 }
 
 // A stored result that is deep enough, or a mate score on the right side, settles the node. Of this
-// and the other ways to be done early, `score` is set where they give true.
+// and the other ways to be done early, `score` counts where they give true.
 bool hash_cuts(const Node& node, Score& score) {
     if (!node.hash_found || node.type == kPvNode) {
         return false;
