@@ -1,4 +1,4 @@
-// The published constants of the Polyglot book format; nothing else lives here.
+// The published constants of the Polyglot book format, and those of men once more in our own order.
 #include "board/key_table.h"
 
 namespace zar {

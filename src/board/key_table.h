@@ -1,5 +1,5 @@
 // The 781 numbers of the Polyglot book format, in their published order: 0..767 piece on square,
-// 768..771 castling, 772..779 en-passant file, 780 side to move.
+// 768..771 castling, 772..779 en-passant file, 780 side to move. Those of men also by kind.
 #pragma once
 
 #include <array>

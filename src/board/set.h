@@ -227,7 +227,7 @@ constexpr auto file_set = make_file_sets();
 }
 
 // How many squares a set of a knight's squares has, by that number. Two sets of unlike size with
-// one number would not compile.
+// one number, the empty set among them, would not compile.
 consteval std::array<std::uint8_t, 32> make_knight_counts() {
     constexpr std::array<int, 8> kBits = {6, 10, 15, 17, 47, 49, 54, 58};
     std::array<std::uint8_t, 32> table{};
@@ -242,6 +242,9 @@ consteval std::array<std::uint8_t, 32> make_knight_counts() {
             std::abort();
         }
         entry = count;
+    }
+    if (table[0] != 0) {
+        std::abort();
     }
     return table;
 }
