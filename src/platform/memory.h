@@ -5,6 +5,8 @@
 
 namespace zar {
 
+constexpr std::size_t kCacheLine = 64;  // bytes
+
 // Zeroed memory in pages of its own, huge ones where the system has them: fresh pages are zero and
 // need no writing, however large the block is. It begins at a cache line. To be released with
 // memory_free and the same number of bytes. Failure ends the engine with "X-Error 7EU1MA1".

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <bit>
-#include <climits>
 
 #include "platform/memory.h"
 #include "search/types.h"
@@ -28,15 +27,8 @@ constexpr bool is_ordinary(Score value) { return value >= -kLargeScore && value 
 constexpr int kEmptyDepth = 128;
 static_assert(data_pack(kMoveNone, kEmptyDepth, kBoundNone, 0, 0) == 0);
 
-void set_ages(HashTable& table) {
-    for (std::uint32_t date = 0; date < kHashDates; ++date) {
-        table.age[date] = (table.date - date) % kHashDates;
-    }
-}
-
 void forget_dates(HashTable& table) {
     table.date = 0;
-    set_ages(table);
     table.used = 0;
 }
 
@@ -60,18 +52,18 @@ void update(HashTable& table, HashEntry& entry, std::uint64_t fresh) {
     word_store(entry.data, fresh);
 }
 
-// The higher, the more readily the entry is given up.
-int replace_score(const HashTable& table, std::uint64_t data) {
-    constexpr int kRanksPerAge = kRankMask + 1;
-    return static_cast<int>(table.age[data_date(data)]) * kRanksPerAge - data_rank(data);
+// The higher, the more readily the entry is given up: how many searches ago its date was, and then
+// how far its rank is below the highest. Both follow from turning the bits of date and rank over,
+// since 15 less a date, and the next one added, is the age modulo 16.
+std::uint64_t replace_score(std::uint64_t data, std::uint64_t next_date) {
+    constexpr std::uint64_t kTurned = std::uint64_t{kRankMask ^ kFlippedBit << 2} << kRankShift |
+                                      std::uint64_t{kHashDates - 1} << kDateShift;
+    return ((data ^ kTurned) + next_date) >> kRankShift;
 }
 
 }  // namespace
 
-void hash_init(HashTable& table) {
-    table = HashTable{};
-    set_ages(table);
-}
+void hash_init(HashTable& table) { table = HashTable{}; }
 
 void hash_alloc(HashTable& table, int megabytes) {
     const int wanted =
@@ -98,7 +90,6 @@ void hash_clear(HashTable& table) {
 
 void hash_new_search(HashTable& table) {
     table.date = (table.date + 1) % kHashDates;
-    set_ages(table);
     table.used = 0;
 }
 
@@ -110,9 +101,10 @@ void hash_store(HashTable& table, std::uint64_t key, Move move, int depth, int b
         return;
     }
     // The place in the cluster makes the low bits of a score, so that of equals the first one goes.
-    int best = INT_MIN;
-    any_of_cluster(cluster, [&](HashEntry& entry, int place) {
-        best = std::max(best, replace_score(table, word_load(entry.data)) * kHashClusterSize +
+    const std::uint64_t next_date = std::uint64_t{table.date + 1} << kDateShift;
+    std::uint64_t best = 0;
+    any_of_cluster(cluster, [&](HashEntry& entry, std::uint64_t place) {
+        best = std::max(best, replace_score(word_load(entry.data), next_date) * kHashClusterSize +
                                   kHashClusterSize - 1 - place);
         return false;
     });

@@ -1,15 +1,15 @@
 // The transposition table: one table of search results, shared by all threads without locks.
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 #include "board/types.h"
+#include "platform/memory.h"
 #include "search/hash_entry.h"
 
 namespace zar {
 
-constexpr int kHashDates = 16;
+constexpr std::uint32_t kHashDates = 16;
 
 struct HashTable {
     HashEntry* entries;
@@ -17,8 +17,9 @@ struct HashTable {
         entry_count;          // slots and three more, so that a cluster may start at the last slot
     std::uint32_t slot_mask;  // number of slots, a power of two, less 1
     std::uint32_t date;       // of the current search, 0..15
-    std::array<std::uint32_t, kHashDates> age;  // how many searches ago a date was current
-    std::uint32_t used;  // entries written under the current date; relaxed, threads may lose counts
+    // Entries written under the current date; relaxed, threads may lose counts. Every thread reads
+    // what stands before it, and need not wait for the line that others write.
+    alignas(kCacheLine) std::uint32_t used;
 };
 
 // The one table. Allocated, freed and cleared by the command thread while no search runs.

@@ -70,11 +70,6 @@ constexpr int kDateShift = 60;
     return static_cast<int>(data >> kRankShift & 3);
 }
 
-// depth * 4 + bound
-[[nodiscard]] constexpr int data_rank(std::uint64_t data) noexcept {
-    return static_cast<int>((data >> kRankShift & kRankMask) ^ kFlippedBit << 2);
-}
-
 [[nodiscard]] constexpr std::uint32_t data_date(std::uint64_t data) noexcept {
     return static_cast<std::uint32_t>(data >> kDateShift);
 }

@@ -12,6 +12,7 @@
 #include "board/move.h"
 #include "board/movegen.h"
 #include "board/types.h"
+#include "platform/memory.h"
 #include "search/stopwatch.h"
 
 namespace zar {
@@ -91,8 +92,6 @@ struct ThreadStatistics {
 };
 
 constexpr int kHistorySize = kPieceKindCount * 64;
-
-constexpr std::size_t kCacheLine = 64;  // bytes
 
 // Everything that one search thread writes while it searches. No two records share a cache line, so
 // that no thread waits for what another one writes.

@@ -22,7 +22,6 @@ namespace {
 using ::testing::ExitedWithCode;
 using TextMatcher = ::testing::Matcher<const std::string&>;
 
-constexpr std::size_t kCacheLine = 64;
 
 TEST(Memory, BlocksAreZeroAlignedToACacheLineAndWritable) {
     for (const std::size_t bytes :

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <tuple>
 #include <vector>
@@ -63,10 +64,6 @@ TEST(HashSize, NoMemoryAfterInit) {
     EXPECT_EQ(table.slot_mask, 0u);
     EXPECT_EQ(table.date, 0u);
     EXPECT_EQ(table.used, 0u);
-    EXPECT_EQ(table.age[0], 0u);
-    for (std::uint32_t date = 1; date < 16; ++date) {
-        EXPECT_EQ(table.age[date], 16 - date);
-    }
     EXPECT_EQ(hash_full(table), 0.0);
 }
 
@@ -268,14 +265,17 @@ TEST_F(Hash, TheOldestThenShallowestThenLeastExactThenFirstEntryGoes) {
     }
 }
 
-TEST_F(Hash, AgesCountTheSearchesSinceADateWasCurrent) {
+TEST_F(Hash, DatesFollowEachOtherAndBeginAnew) {
     for (std::uint32_t search = 1; search <= 40; ++search) {
         hash_new_search(table);
         EXPECT_EQ(table.date, search % 16);
-        for (std::uint32_t age = 0; age < 16; ++age) {
-            EXPECT_EQ(table.age[(search + 16 - age) % 16], age) << search;
-        }
     }
+}
+
+TEST(HashTableLayout, TheCountThatAllThreadsWriteHasALineOfItsOwn) {
+    EXPECT_EQ(offsetof(HashTable, used) % kCacheLine, 0u);
+    EXPECT_GE(offsetof(HashTable, used), kCacheLine);
+    EXPECT_EQ(sizeof(HashTable) % kCacheLine, 0u);
 }
 
 TEST_F(Hash, EntriesFromSixteenSearchesAgoLookCurrent) {
@@ -327,8 +327,6 @@ TEST_F(Hash, ClearingForgetsResultsAndDates) {
     EXPECT_FALSE(is_stored(1000));
     EXPECT_EQ(table.date, 0u);
     EXPECT_EQ(table.used, 0u);
-    EXPECT_EQ(table.age[0], 0u);
-    EXPECT_EQ(table.age[1], 15u);
     EXPECT_EQ(table.entries[1000].data, data_word(0, 128, 0, 0, 0));
     EXPECT_EQ(table.entry_count, 1'048'579u);
 }
