@@ -71,10 +71,12 @@ constexpr int kMoveTextSize = 6;  // five characters and a zero
     return move != kMoveNone && move != kMoveNull;
 }
 
+// By the bits of a move that name the promotion piece.
+constexpr std::array<int, 4> promotion_type_bits = {kKnightBit, kBishopBit, kRookBit, kSliderBits};
+
 // The piece that a promotion makes, White's when the to-square is on rank 8.
 [[nodiscard]] constexpr Piece move_promote(Move move) noexcept {
-    constexpr int type_bits[4] = {kKnightBit, kBishopBit, kRookBit, kSliderBits};
-    const int bits = type_bits[move >> 12 & 3];
+    const int bits = promotion_type_bits[move >> 12 & 3];
     return bits | (move_to64(move) >= 56 ? kWhiteBit : kBlackBit);
 }
 

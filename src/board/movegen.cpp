@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "board/cells.h"
+#include "board/captures.h"
 #include "board/movegen_parts.h"
 #include "board/set.h"
 
@@ -13,21 +13,7 @@ namespace zar {
 namespace {
 
 // Which targets a generator wants.
-enum class Targets { all, captures, quiets };
-
-SquareSet men_of(const Board& board, Color color) {
-    return board.men[static_cast<std::size_t>(color)];
-}
-
-// The squares that pieces are to move to.
-template <Targets kTargets>
-SquareSet wanted_squares(const Board& board) {
-    if constexpr (kTargets == Targets::captures) {
-        return men_of(board, color_opposite(board.turn));
-    } else {
-        return ~(kTargets == Targets::quiets ? board_men(board) : men_of(board, board.turn));
-    }
-}
+enum class Targets { all, quiets };
 
 // Moves of a king or knight, lowest square first: the order of its steps.
 void gen_steps(MoveList& list, Square64 from, SquareSet targets) {
@@ -48,34 +34,12 @@ void gen_ray(MoveList& list, const Board& board, Square from) {
     }
 }
 
-// The capture in one direction, if there is one among these.
-template <int kStep>
-void gen_hit(MoveList& list, Square64 from, SquareSet hits) {
-    if (const SquareSet hit = hits & ray_view<kStep>(from); hit != 0) {
-        list_add(list, move_of_64(from, set_first(hit)));
-    }
-}
-
 // Moves of a slider, along each step of its list by distance. The steps are spelt out one by one,
-// so that each is a constant of its own. What a slider can take is seen at one look over its lines:
-// mostly nothing.
-template <Targets kTargets, PieceType kType, const auto& kSteps>
-void gen_slides(MoveList& list, const Board& board, Square from, SquareSet men, SquareSet wanted) {
+// so that each is a constant of its own.
+template <Targets kTargets, const auto& kSteps>
+void gen_slides(MoveList& list, const Board& board, Square from) {
     [&]<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
-        if constexpr (kTargets == Targets::captures) {
-            const Square64 from64 = square64_of(from);
-            const SquareSet hits = piece_view<kType>(men, from64) & wanted;
-            if (hits == 0) {
-                return;
-            }
-            if (set_rest(hits) == 0) {
-                list_add(list, move_of_64(from64, set_first(hits)));
-            } else {
-                (gen_hit<kSteps[kIndex]>(list, from64, hits), ...);
-            }
-        } else {
-            (gen_ray<kTargets, kSteps[kIndex]>(list, board, from), ...);
-        }
+        (gen_ray<kTargets, kSteps[kIndex]>(list, board, from), ...);
     }
     (std::make_index_sequence<kSteps.size()>{});
 }
@@ -87,36 +51,23 @@ void gen_pieces(MoveList& list, const Board& board) {
     const auto end_of = [&](PieceType type) {
         return man + board.kind_count[static_cast<std::size_t>(piece12_make(type, board.turn))];
     };
-    const SquareSet men = board_men(board);
-    const SquareSet wanted = wanted_squares<kTargets>(board);
+    const SquareSet wanted =
+        ~(kTargets == Targets::quiets ? board_men(board)
+                                      : board.men[static_cast<std::size_t>(board.turn)]);
     const Square64 king = square64_of(*man++);
     gen_steps(list, king, king_view(king) & wanted);
     for (const std::uint8_t* const end = end_of(kQueen); man != end; ++man) {
-        gen_slides<kTargets, kQueen, king_steps>(list, board, *man, men, wanted);
+        gen_slides<kTargets, king_steps>(list, board, *man);
     }
     for (const std::uint8_t* const end = end_of(kRook); man != end; ++man) {
-        gen_slides<kTargets, kRook, rook_steps>(list, board, *man, men, wanted);
+        gen_slides<kTargets, rook_steps>(list, board, *man);
     }
     for (const std::uint8_t* const end = end_of(kBishop); man != end; ++man) {
-        gen_slides<kTargets, kBishop, bishop_steps>(list, board, *man, men, wanted);
+        gen_slides<kTargets, bishop_steps>(list, board, *man);
     }
     for (const std::uint8_t* const end = end_of(kKnight); man != end; ++man) {
         const Square64 knight = square64_of(*man);
         gen_steps(list, knight, knight_view(knight) & wanted);
-    }
-}
-
-template <Color kUs>
-void gen_pawn_captures(MoveList& list, const Board& board, Square from) {
-    constexpr int kEnemyBit = color_bit(color_opposite(kUs));
-    const Square ahead = from + pawn_step_of(kUs);
-    if (!has_beside(board, ahead, kEnemyBit)) {
-        return;
-    }
-    for (const Square to : {ahead - 1, ahead + 1}) {
-        if ((board_piece(board, to) & kEnemyBit) != 0) {
-            list_add_pawn_move(list, from, to);
-        }
     }
 }
 
@@ -132,48 +83,15 @@ void gen_pawn_push(MoveList& list, const Board& board, Square from) {
     }
 }
 
-// The pawns that can capture or promote: often none, and seldom more than one.
-template <Color kUs>
-SquareSet tactical_pawns(const Board& board) {
-    constexpr Color kThem = color_opposite(kUs);
-    constexpr SquareSet kSeventhRank = kFirstRank << 8 * (kUs == kWhite ? 6 : 1);
-    return board.pawns[kUs] & (pawn_targets<kThem>(men_of(board, kThem)) | kSeventhRank);
-}
-
 // Promotions count as captures.
 template <Targets kTargets, Color kUs>
-void gen_pawn(MoveList& list, const Board& board, Square from) {
-    if constexpr (kTargets != Targets::quiets) {
-        gen_pawn_captures<kUs>(list, board, from);
-    }
-    if (kTargets == Targets::all || is_seventh_rank(from, kUs) == (kTargets == Targets::captures)) {
-        gen_pawn_push<kUs>(list, board, from);
-    }
-}
-
-template <Color kUs>
-void gen_tactical_pawns(MoveList& list, const Board& board) {
-    const SquareSet pawns = tactical_pawns<kUs>(board);
-    if (set_rest(pawns) == 0) {
-        if (pawns != 0) {
-            gen_pawn<Targets::captures, kUs>(list, board, square_of_64(set_first(pawns)));
-        }
-        return;
-    }
-    for (const Square from : board_pawns(board, kUs)) {
-        if (set_has(pawns, square64_of(from))) {
-            gen_pawn<Targets::captures, kUs>(list, board, from);
-        }
-    }
-}
-
-template <Targets kTargets, Color kUs>
 void gen_pawns_of(MoveList& list, const Board& board) {
-    if constexpr (kTargets == Targets::captures) {
-        gen_tactical_pawns<kUs>(list, board);
-    } else {
-        for (const Square from : board_pawns(board, kUs)) {
-            gen_pawn<kTargets, kUs>(list, board, from);
+    for (const Square from : board_pawns(board, kUs)) {
+        if constexpr (kTargets == Targets::all) {
+            for_each_pawn_capture<kUs>(board, from, [&](Move move) { list_add(list, move); });
+            gen_pawn_push<kUs>(list, board, from);
+        } else if (!is_seventh_rank(from, kUs)) {
+            gen_pawn_push<kUs>(list, board, from);
         }
     }
 }
@@ -184,18 +102,6 @@ void gen_pawns(MoveList& list, const Board& board) {
         gen_pawns_of<kTargets, kWhite>(list, board);
     } else {
         gen_pawns_of<kTargets, kBlack>(list, board);
-    }
-}
-
-void gen_en_passant(MoveList& list, const Board& board) {
-    if (board.ep_square == kNoSquare) {
-        return;
-    }
-    const Square behind = board.ep_square - pawn_step_of(board.turn);
-    for (const Square from : {behind + 1, behind - 1}) {
-        if (board_piece(board, from) == pawn_of(board.turn)) {
-            list_add(list, move_make(from, board.ep_square, kKindEnPassant));
-        }
     }
 }
 
@@ -257,15 +163,13 @@ void gen_moves(MoveList& list, Board& board) {
     list.size = 0;
     gen_pieces<Targets::all>(list, board);
     gen_pawns<Targets::all>(list, board);
-    gen_en_passant(list, board);
+    for_each_en_passant(board, [&](Move move) { list_add(list, move); });
     gen_castling(list, board);
 }
 
 void gen_captures(MoveList& list, const Board& board) {
     list.size = 0;
-    gen_pieces<Targets::captures>(list, board);
-    gen_pawns<Targets::captures>(list, board);
-    gen_en_passant(list, board);
+    for_each_capture(board, [&](Move move, PieceType) { list_add(list, move); });
 }
 
 void gen_quiets(MoveList& list, const Board& board) {

@@ -2,6 +2,7 @@
 // castling. Nobody else needs this.
 #pragma once
 
+#include "board/captures.h"
 #include "board/movegen.h"
 
 namespace zar {
@@ -10,19 +11,8 @@ namespace zar {
     return square_relative_row(square, color) == kFirstLine + 1;
 }
 
-[[nodiscard]] inline bool is_seventh_rank(Square square, Color color) noexcept {
-    return square_relative_row(square, color) == kLastLine - 1;
-}
-
-// One plain code, or four in the order queen, knight, rook, bishop when the pawn promotes.
 inline void list_add_pawn_move(MoveList& list, Square from, Square to) noexcept {
-    if (!square_is_promotion_rank(to)) {
-        list_add(list, move_make(from, to));
-        return;
-    }
-    for (const int kind : {kPromoteQueen, kPromoteKnight, kPromoteRook, kPromoteBishop}) {
-        list_add(list, move_make(from, to, kind));
-    }
+    for_each_pawn_move(from, to, [&](Move move) { list_add(list, move); });
 }
 
 // Appends castling, king side first: right held, squares between empty, crossed square not

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "board/captures.h"
 #include "board/exchange.h"
 #include "search/history.h"
 #include "search/types.h"
@@ -33,14 +34,16 @@ constexpr std::int32_t kMoveCodes = 0x10000;
 // What stands before the first move.
 constexpr std::int32_t kAboveAllMoves = std::numeric_limits<std::int32_t>::max();
 
-// Most valuable victim first, then least valuable attacker.
+// Most valuable victim first, then least valuable attacker: the score is the victim's less the type
+// of the attacker.
+int victim_score(Piece victim) { return piece_type_of(victim) * 6 + 5; }
+
 int capture_score(Move move, const Board& board) {
-    const int attacker = piece_type_of(board_piece(board, move_from(move)));
     const Piece victim = move_captured(move, board);
     if (victim == kEmpty) {
         return piece_type_of(move_promote(move)) - 5;
     }
-    return piece_type_of(victim) * 6 - attacker + 5;
+    return victim_score(victim) - piece_type_of(board_piece(board, move_from(move)));
 }
 
 // Does this capture or promotion to a queen lose nothing?
@@ -81,15 +84,18 @@ void picker_empty(Picker& picker) {
     picker.end = 1;
 }
 
-// Adds a move behind those of at least its score. Half a word for the score and half for the move
-// make this one comparison and one store for each move that is passed.
-void serve_in_order(Picker& picker, Move move, int score) {
-    const std::int32_t key = score * kMoveCodes;
-    std::int32_t* place = &picker.scored[picker.end++];
-    for (; place[-1] < key; --place) {
+// Writes a move, with its score in the high half, behind those of at least its score that stand
+// before the place. This makes one comparison and one store for each move that is passed.
+void sort_in(std::int32_t* place, std::int32_t scored) {
+    const std::int32_t score = scored & -kMoveCodes;
+    for (; place[-1] < score; --place) {
         *place = place[-1];
     }
-    *place = key + move;
+    *place = scored;
+}
+
+void serve_in_order(Picker& picker, Move move, int score) {
+    sort_in(&picker.scored[picker.end++], score * kMoveCodes + move);
 }
 
 // Takes the list over as the moves of the stage, sorted by rule(move), highest first; moves of
@@ -100,6 +106,26 @@ void serve_sorted(Picker& picker, const MoveList& list, Rule rule) {
     for (std::size_t i = 0; i < size; ++i) {
         serve_in_order(picker, list.move[i], rule(list.move[i]));
     }
+}
+
+// Serves all captures and promotions. Each is written where it is to stand, with the part of its
+// score that is known there, and then gets the rest and its place: 15 instructions a node less than
+// by way of a list.
+[[gnu::always_inline]] inline void serve_captures(Picker& picker) {
+    const Board& board = *picker.board;
+    std::int32_t* const first = &picker.scored[1];
+    std::int32_t* end = first;
+    static_assert(kMostCaptures <= kMaxMoves);
+    for_each_capture(board,
+                     [&](Move move, PieceType attacker) { *end++ = move - attacker * kMoveCodes; });
+    for (std::int32_t* next = first; next != end; ++next) {
+        const auto move = static_cast<Move>(*next);
+        const Piece victim = board_piece(board, move_to(move));
+        const std::int32_t key = victim != kEmpty ? *next + victim_score(victim) * kMoveCodes
+                                                  : capture_score(move, board) * kMoveCodes + move;
+        sort_in(next, key);
+    }
+    picker.end = 1 + static_cast<std::size_t>(end - first);
 }
 
 void serve(Picker& picker, Move move) { picker.scored[picker.end++] = move; }
@@ -138,13 +164,11 @@ void enter_killers(Picker& picker) {
 void enter_stage(Picker& picker, const SearchThread& self) {
     Board& board = *picker.board;
     MoveList list;
-    const auto by_capture = [&](Move move) { return capture_score(move, board); };
     picker_empty(picker);
     switch (*picker.stage) {
         case Stage::captures:
         case Stage::q_captures:
-            gen_captures(list, board);
-            serve_sorted(picker, list, by_capture);
+            serve_captures(picker);
             break;
         case Stage::killers:
             enter_killers(picker);

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "board/captures.h"
 #include "board/fen.h"
 #include "gtest/gtest.h"
 #include "support/letter_board.h"
@@ -192,6 +193,25 @@ TEST(Movegen, CapturesAndQuietsAreTheMovesInTheSameOrder) {
         ASSERT_EQ(texts_of(quiets), texts_of(quiet)) << fen_of(seen);
         ASSERT_EQ(difference(board, seen), "");
     });
+}
+
+TEST(Movegen, EveryCaptureIsHandedOutWithTheTypeOfItsMan) {
+    int seen_captures = 0;
+    test::random_walks(21, 6, 60, [&](const Board& seen) {
+        for_each_capture(seen, [&](Move move, PieceType type) {
+            ASSERT_EQ(piece_type_of(board_piece(seen, move_from(move))), type) << fen_of(seen);
+            ++seen_captures;
+        });
+    });
+    EXPECT_GT(seen_captures, 100);
+}
+
+TEST(Movegen, SixteenMenHaveNoMoreCapturesThanThereIsRoomFor) {
+    // Eight pawns with three ways to promote, but for the two at the edges; eight men around.
+    const Texts captures =
+        captures_in("nnnnnnnn/PPPPPPPP/1b1b1b2/Q1R1Q1N1/1b1b1b1b/B1R1B3/8/K6k w - - 0 1");
+    EXPECT_GT(captures.size(), 56U);
+    EXPECT_LE(captures.size(), static_cast<std::size_t>(kMostCaptures));
 }
 
 TEST(Movegen, LegalMovesAreTheMovesThatPassKeepingTheirOrder) {
