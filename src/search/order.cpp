@@ -160,16 +160,12 @@ void enter_killers(Picker& picker) {
     }
 }
 
-// Gathers the moves of the current stage.
-void enter_stage(Picker& picker, const SearchThread& self) {
+// Gathers the moves of any stage but the captures, which are asked for most often and need neither
+// a list nor so large a frame: 5 instructions a node less.
+[[gnu::noinline]] void enter_other_stage(Picker& picker, const SearchThread& self) {
     Board& board = *picker.board;
     MoveList list;
-    picker_empty(picker);
     switch (*picker.stage) {
-        case Stage::captures:
-        case Stage::q_captures:
-            serve_captures(picker);
-            break;
         case Stage::killers:
             enter_killers(picker);
             break;
@@ -200,9 +196,21 @@ void enter_stage(Picker& picker, const SearchThread& self) {
                 serve(picker, list.move[i]);
             }
             break;
+        case Stage::captures:  // served by enter_stage
+        case Stage::q_captures:
         case Stage::hash_move:  // served by picker_start
         case Stage::end:
             break;
+    }
+}
+
+// Gathers the moves of the current stage.
+void enter_stage(Picker& picker, const SearchThread& self) {
+    picker_empty(picker);
+    if (*picker.stage == Stage::captures || *picker.stage == Stage::q_captures) {
+        serve_captures(picker);
+    } else {
+        enter_other_stage(picker, self);
     }
 }
 
