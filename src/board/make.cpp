@@ -266,13 +266,9 @@ void set_en_passant(Board& board, Square from, Square to) {
     }
 }
 
-void capture(Board& board, Move move, UndoInfo& undo) {
-    const Square to = move_to(move);
-    const Square victim = move_is_en_passant(move) ? to ^ kRowStep : to;
+// Takes the victim off its square and notes it.
+[[gnu::always_inline]] inline void capture(Board& board, Square victim, Square to, UndoInfo& undo) {
     const Piece piece = board_piece(board, victim);
-    if (piece == kEmpty) {
-        return;
-    }
     undo.captured = true;
     undo.cap_square = victim;
     undo.cap_piece = piece;
@@ -288,13 +284,15 @@ void capture(Board& board, Move move, UndoInfo& undo) {
     board.castle_flags = flags;
 }
 
-// Neither a capture nor castling nor promotion. Three of five moves are plain; a way of their own
-// for these, which calls nothing, saves 15 instructions a node.
-bool is_plain(const Board& board, Move move) {
-    return move_kind(move) == kKindNormal && board_piece(board, move_to(move)) == kEmpty;
-}
+// What a move may be, as far as playing it goes. Three of five are plain, and most others captures:
+// a way of its own for each spares them each other's questions, 15 and 12 instructions a node.
+enum class Play {
+    plain,    // neither a capture nor castling nor promotion
+    capture,  // of a man on the to-square, without promotion
+    special,  // anything
+};
 
-template <bool kIsPlain>
+template <Play kPlay>
 [[gnu::always_inline]] inline void play(Board& board, Move move, UndoInfo& undo) {
     save_state(board, undo);
     undo.captured = false;
@@ -308,22 +306,26 @@ template <bool kIsPlain>
     board.turn = color_opposite(board.turn);
     board.key ^= random64[kTurnKeyIndex];
     clear_en_passant(board);
-    if (piece_is_pawn(piece)) {
-        set_en_passant(board, from, to);
-        board.ply_nb = 0;
+    if constexpr (kPlay == Play::capture) {
+        capture(board, to, to, undo);
     } else {
-        board.ply_nb += 1;
+        if (piece_is_pawn(piece)) {
+            set_en_passant(board, from, to);
+            board.ply_nb = 0;
+        } else {
+            board.ply_nb += 1;
+        }
+        board.cap_sq = kNoSquare;
     }
-    board.cap_sq = kNoSquare;
-    if constexpr (!kIsPlain) {
-        capture(board, move, undo);
+    if (kPlay == Play::special && move_is_capture(move, board)) {
+        capture(board, move_is_en_passant(move) ? to ^ kRowStep : to, to, undo);
     }
-    if (!kIsPlain && move_is_promotion(move)) {
+    if (kPlay == Play::special && move_is_promotion(move)) {
         promote(board, move, piece, undo);
     } else {
         square_move(board, from, to, piece);
     }
-    if (!kIsPlain && move_kind(move) == kKindCastling) {
+    if (kPlay == Play::special && move_kind(move) == kKindCastling) {
         castle(board, to);
     }
     const int flags = board.castle_flags & castle_mask_of(from) & castle_mask_of(to);
@@ -332,8 +334,12 @@ template <bool kIsPlain>
     }
 }
 
-[[gnu::noinline]] void play_other(Board& board, Move move, UndoInfo& undo) {
-    play<false>(board, move, undo);
+[[gnu::noinline]] void play_capture(Board& board, Move move, UndoInfo& undo) {
+    play<Play::capture>(board, move, undo);
+}
+
+[[gnu::noinline]] void play_special(Board& board, Move move, UndoInfo& undo) {
+    play<Play::special>(board, move, undo);
 }
 
 [[gnu::noinline]] void put_back(Board& board, const UndoInfo& undo) {
@@ -366,10 +372,12 @@ template <bool kIsPlain>
 }  // namespace
 
 void move_do(Board& board, Move move, UndoInfo& undo) {
-    if (is_plain(board, move)) {
-        play<true>(board, move, undo);
+    if (move_kind(move) != kKindNormal) {
+        play_special(board, move, undo);
+    } else if (board_piece(board, move_to(move)) != kEmpty) {
+        play_capture(board, move, undo);
     } else {
-        play_other(board, move, undo);
+        play<Play::plain>(board, move, undo);
     }
     assert(board_consistent(board));
 }
