@@ -296,7 +296,8 @@ enum class Verdict { fails, holds, open };
 
 // Whether the opponent wins at most `bound` by capturing the moved man worth `prey`, as far as the
 // first capture and the question whether anybody can answer it tell: most of the time.
-Verdict judge_early(Move move, const Board& board, Score prey, Score bound) {
+[[gnu::always_inline]] inline Verdict judge_early(Move move, const Board& board, Score prey,
+                                                  Score bound) {
     if (move_is_en_passant(move)) {
         return Verdict::open;
     }
@@ -315,6 +316,14 @@ Verdict judge_early(Move move, const Board& board, Score prey, Score bound) {
         return Verdict::fails;
     }
     return Verdict::open;
+}
+
+// The same once all captures must be looked at. Kept out of its caller, which needs none of the
+// large record: 4 instructions a node less.
+[[gnu::noinline]] bool holds_in_full(Move move, const Board& board, Score prey, Score bound) {
+    Exchange exchange;
+    const Color opponent = exchange_start(exchange, move, board);
+    return wins_at_most(exchange, opponent, prey, bound);
 }
 
 }  // namespace
@@ -337,9 +346,7 @@ bool see_at_least(Move move, const Board& board, Score threshold) {
         verdict != Verdict::open) {
         return verdict == Verdict::holds;
     }
-    Exchange exchange;
-    const Color opponent = exchange_start(exchange, move, board);
-    return wins_at_most(exchange, opponent, first.prey, bound);
+    return holds_in_full(move, board, first.prey, bound);
 }
 
 }  // namespace zar
