@@ -26,10 +26,15 @@ struct SideView {
     [[nodiscard]] bool enemy_pawn(Square square) const {
         return at(square) == pawn_of(color_opposite(kUs));
     }
-    // Does any own man stand on these squares? Asked before the patterns of several squares.
+    // Does any own man, any own pawn stand on these squares? Asked before the patterns of several.
     [[nodiscard]] bool own_on(SquareSet squares) const {
-        const SquareSet men = board.men[kUs];
-        return ((kUs == kWhite ? men : set_flip_ranks(men)) & squares) != 0;
+        return (board.men[kUs] & seen_set(squares)) != 0;
+    }
+    [[nodiscard]] bool own_pawn_on(SquareSet squares) const {
+        return (board.pawns[kUs] & seen_set(squares)) != 0;
+    }
+    [[nodiscard]] static constexpr SquareSet seen_set(SquareSet squares) {
+        return kUs == kWhite ? squares : set_flip_ranks(squares);
     }
 };
 
@@ -78,8 +83,8 @@ bool bishop_is_blocked(const SideView<kUs>& view, Square bishop, Square pawn) {
 
 template <Color kUs>
 int blocked_bishops(const SideView<kUs>& view) {
-    constexpr SquareSet kHomes = squares_of({kC1, kF1});
-    if (!view.own_on(kHomes)) {
+    constexpr SquareSet kBlockers = squares_of({kD2, kE2});
+    if (!view.own_pawn_on(kBlockers)) {
         return 0;
     }
     int penalty = 0;

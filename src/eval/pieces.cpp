@@ -50,26 +50,21 @@ constexpr std::array<int, 7> kKingAttackScale = {0, 2, 5, 8, 12, 15, 20};
 // More than all weights of attackers together.
 constexpr unsigned kAttacker = 256;
 
-// Far from every row and column of the board.
-constexpr int kNoLine = -2;
-
-// The pieces of one colour as far as they have been scored, and what their terms need to know.
+// The pieces of one colour as far as they have been scored, and what their terms need to know. What
+// few of them ask for is found when they do: kept ready it needs registers, 8 instructions a node.
 template <Color kUs>
 struct PieceSum {
     const Board& board;
-    SquareSet men;       // of both colours
-    SquareSet not_free;  // squares with a man on them or attacked by an enemy pawn
-    Square enemy_king;
-    // Rooks press the king on this column and the two beside it; kNoLine if it needs no shelter.
-    int king_column;
-    // Where a rook or queen has something to attack or shut in: the seventh rank or kNoLine.
-    int target_row;
+    const PawnRecord& pawns;
+    SquareSet men;    // of both colours
+    bool press_king;  // rooks press the enemy king's shelter
     ScorePair score;
     int both;  // to be added to the opening and the endgame
     // Pieces in the enemy's half, times kAttacker, and the sum of their weights.
     unsigned attack;
 
     [[nodiscard]] Piece at(Square square) const { return board_piece(board, square); }
+    [[nodiscard]] Square enemy_king() const { return board_king(board, color_opposite(kUs)); }
     void add(int value) { both += value; }
 };
 
@@ -100,9 +95,11 @@ void count_attacker(PieceSum<kUs>& sum, Square square, unsigned weight) {
 
 template <Color kUs>
 void add_knight(PieceSum<kUs>& sum, Square square) {
+    constexpr Color kThem = color_opposite(kUs);
     count_attacker(sum, square, 1);
     const Square64 square64 = square64_of(square);
-    const SquareSet reached = knight_view(square64) & ~sum.not_free;
+    const SquareSet not_free = sum.men | pawn_targets<kThem>(sum.board.pawns[kThem]);
+    const SquareSet reached = knight_view(square64) & ~not_free;
     sum.add(eval_weights.mobility.knight[knight_count(reached, square64)]);
     constexpr Square64 kFlipRanks = kUs == kWhite ? 0 : 56;
     const int outpost = kKnightOutpost[static_cast<std::size_t>(square64 ^ kFlipRanks)];
@@ -121,6 +118,16 @@ void add_bishop(PieceSum<kUs>& sum, Square square) {
     sum.add(mobility[bishop_reach(sum.men, square64_of(square))]);
 }
 
+// Is the man on the seventh rank, with pawns to attack or a king to shut in?
+template <Color kUs>
+bool presses_seventh(const PieceSum<kUs>& sum, Square square) {
+    constexpr Color kThem = color_opposite(kUs);
+    constexpr int kSeventhRow = kUs == kWhite ? kLastLine - 1 : kFirstLine + 1;
+    constexpr int kEnemyHomeRow = kUs == kWhite ? kLastLine : kFirstLine;
+    return square_row(square) == kSeventhRow &&
+           (sum.pawns.second_rank[kThem] != 0 || square_row(sum.enemy_king()) == kEnemyHomeRow);
+}
+
 template <Color kUs>
 void add_rook(PieceSum<kUs>& sum, Square square) {
     const MobilityWeights& weights = eval_weights.mobility;
@@ -132,11 +139,11 @@ void add_rook(PieceSum<kUs>& sum, Square square) {
         sum.score += sum.board.pawn_file[color_opposite(kUs)][file] == 0 ? weights.rook_open
                                                                          : weights.rook_half_open;
     }
-    const int distance = column - sum.king_column;
-    if (distance >= -1 && distance <= 1) {
+    const int distance = column - square_column(sum.enemy_king());
+    if (distance >= -1 && distance <= 1 && sum.press_king) {
         sum.score.opening += distance == 0 ? weights.rook_on_king_file : weights.rook_near_king;
     }
-    if (square_row(square) == sum.target_row) {
+    if (presses_seventh(sum, square)) {
         sum.score += weights.rook_seventh;
     }
 }
@@ -144,28 +151,19 @@ void add_rook(PieceSum<kUs>& sum, Square square) {
 template <Color kUs>
 void add_queen(PieceSum<kUs>& sum, Square square) {
     count_attacker(sum, square, 4);
-    sum.add(kQueenNearKing[static_cast<std::size_t>(square - sum.enemy_king + kDeltaBias)]);
-    if (square_row(square) == sum.target_row) {
+    sum.add(kQueenNearKing[static_cast<std::size_t>(square - sum.enemy_king() + kDeltaBias)]);
+    if (presses_seventh(sum, square)) {
         sum.score += eval_weights.mobility.queen_seventh;
     }
 }
 
 template <Color kUs>
 ScorePair evaluate_side(const Board& board, const PawnRecord& pawns, bool press_king) {
-    constexpr Color kThem = color_opposite(kUs);
-    constexpr int kSeventhRow = kUs == kWhite ? kLastLine - 1 : kFirstLine + 1;
-    constexpr int kEnemyHomeRow = kUs == kWhite ? kLastLine : kFirstLine;
-    const Square enemy_king = board_king(board, kThem);
-    const bool has_target =
-        pawns.second_rank[kThem] != 0 || square_row(enemy_king) == kEnemyHomeRow;
-    const SquareSet men = board_men(board);
     PieceSum<kUs> sum{
         .board = board,
-        .men = men,
-        .not_free = men | pawn_targets<kThem>(board.pawns[kThem]),
-        .enemy_king = enemy_king,
-        .king_column = press_king ? square_column(enemy_king) : kNoLine,
-        .target_row = has_target ? kSeventhRow : kNoLine,
+        .pawns = pawns,
+        .men = board_men(board),
+        .press_king = press_king,
         .score = {},
         .both = 0,
         .attack = 0,
