@@ -62,7 +62,9 @@ bool has_passers(const PawnRecord& pawns) {
     return (pawns.passed_files[kWhite] | pawns.passed_files[kBlack]) != 0;
 }
 
-std::array<ScorePair, 2> passer_scores(const Board& board, const PawnRecord& pawns) {
+// Not taken into evaluate and handed a copy: few positions have passed pawns, and without them the
+// record need not lie in memory.
+[[gnu::noinline]] std::array<ScorePair, 2> passer_scores(const Board& board, PawnRecord pawns) {
     return {evaluate_passers(board, kWhite, pawns), evaluate_passers(board, kBlack, pawns)};
 }
 

@@ -138,7 +138,8 @@ ScorePair evaluate_side(PawnRecord& record, const Board& board) {
     return pawn_score(pawns);
 }
 
-PawnRecord compute_record(const Board& board) {
+// Kept out of the way of the many positions whose pawns are in the cache.
+[[gnu::noinline]] PawnRecord compute_record(const Board& board) {
     PawnRecord record{};
     record.lock = cache_lock(board.pawn_key);
     const ScorePair score =
