@@ -108,10 +108,10 @@ void serve_sorted(Picker& picker, const MoveList& list, Rule rule) {
     }
 }
 
-// Serves all captures and promotions. Each is written where it is to stand, with the part of its
-// score that is known there, and then gets the rest and its place: 15 instructions a node less than
-// by way of a list.
-[[gnu::always_inline]] inline void serve_captures(Picker& picker) {
+// Captures and promotions. Each is written where it is to stand, with the part of its score that is
+// known there, and then gets the rest and its place: 12 instructions a node less than by way of a
+// list.
+[[gnu::noinline]] void enter_captures(Picker& picker) {
     const Board& board = *picker.board;
     std::int32_t* const first = &picker.scored[1];
     std::int32_t* end = first;
@@ -151,7 +151,7 @@ void serve_quiets(Picker& picker, const MoveList& list, const SearchThread& self
     }
 }
 
-void enter_killers(Picker& picker) {
+[[gnu::noinline]] void enter_killers(Picker& picker) {
     for (const Move killer : picker.killers) {
         if (killer != kMoveNone && killer != picker.hash_move &&
             quiet_is_pseudo(killer, *picker.board)) {
@@ -160,57 +160,67 @@ void enter_killers(Picker& picker) {
     }
 }
 
-// Gathers the moves of any stage but the captures, which are asked for most often and need neither
-// a list nor so large a frame: 5 instructions a node less.
-[[gnu::noinline]] void enter_other_stage(Picker& picker, const SearchThread& self) {
-    Board& board = *picker.board;
+[[gnu::noinline]] void enter_quiets(Picker& picker, const SearchThread& self) {
     MoveList list;
-    switch (*picker.stage) {
-        case Stage::killers:
-            enter_killers(picker);
-            break;
-        case Stage::quiets:
-            gen_quiets(list, board);
-            serve_quiets(picker, list, self);
-            break;
-        case Stage::deferred:
-            for (std::size_t i = 0; i < static_cast<std::size_t>(picker.deferred_size); ++i) {
-                serve(picker, picker.deferred[i]);
-            }
-            break;
-        case Stage::evasions:
-            gen_evasions(list, board, *picker.attack);
-            serve_sorted(picker, list, [&](Move move) {
-                return mixed_score(move, board, picker.hash_move, picker.killers, self);
-            });
-            break;
-        case Stage::q_evasions:
-            gen_evasions_pseudo(list, board, *picker.attack);
-            serve_sorted(picker, list, [&](Move move) {
-                return move_is_tactical(move, board) ? capture_score(move, board) : kQuietScore;
-            });
-            break;
-        case Stage::q_checks:
-            gen_quiet_checks(list, board);
-            for (std::size_t i = 0; i < static_cast<std::size_t>(list.size); ++i) {
-                serve(picker, list.move[i]);
-            }
-            break;
-        case Stage::captures:  // served by enter_stage
-        case Stage::q_captures:
-        case Stage::hash_move:  // served by picker_start
-        case Stage::end:
-            break;
+    gen_quiets(list, *picker.board);
+    serve_quiets(picker, list, self);
+}
+
+[[gnu::noinline]] void enter_deferred(Picker& picker) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(picker.deferred_size); ++i) {
+        serve(picker, picker.deferred[i]);
     }
 }
 
-// Gathers the moves of the current stage.
+[[gnu::noinline]] void enter_evasions(Picker& picker, const SearchThread& self) {
+    const Board& board = *picker.board;
+    MoveList list;
+    gen_evasions(list, *picker.board, *picker.attack);
+    serve_sorted(picker, list, [&](Move move) {
+        return mixed_score(move, board, picker.hash_move, picker.killers, self);
+    });
+}
+
+[[gnu::noinline]] void enter_q_evasions(Picker& picker) {
+    const Board& board = *picker.board;
+    MoveList list;
+    gen_evasions_pseudo(list, *picker.board, *picker.attack);
+    serve_sorted(picker, list, [&](Move move) {
+        return move_is_tactical(move, board) ? capture_score(move, board) : kQuietScore;
+    });
+}
+
+[[gnu::noinline]] void enter_q_checks(Picker& picker) {
+    MoveList list;
+    gen_quiet_checks(list, *picker.board);
+    for (std::size_t i = 0; i < static_cast<std::size_t>(list.size); ++i) {
+        serve(picker, list.move[i]);
+    }
+}
+
+// Gathers the moves of the current stage. Each stage has a function to itself and shares neither
+// frame nor registers with the others: 13 instructions a node less than by one for all.
 void enter_stage(Picker& picker, const SearchThread& self) {
     picker_empty(picker);
-    if (*picker.stage == Stage::captures || *picker.stage == Stage::q_captures) {
-        serve_captures(picker);
-    } else {
-        enter_other_stage(picker, self);
+    switch (*picker.stage) {
+        case Stage::captures:
+        case Stage::q_captures:
+            return enter_captures(picker);
+        case Stage::killers:
+            return enter_killers(picker);
+        case Stage::quiets:
+            return enter_quiets(picker, self);
+        case Stage::deferred:
+            return enter_deferred(picker);
+        case Stage::evasions:
+            return enter_evasions(picker, self);
+        case Stage::q_evasions:
+            return enter_q_evasions(picker);
+        case Stage::q_checks:
+            return enter_q_checks(picker);
+        case Stage::hash_move:  // served by picker_start
+        case Stage::end:
+            return;
     }
 }
 
