@@ -12,10 +12,6 @@
 
 namespace zar {
 
-[[nodiscard]] constexpr bool is_seventh_rank(Square square, Color color) noexcept {
-    return square_relative_row(square, color) == kLastLine - 1;
-}
-
 // One plain code, or four in the order queen, knight, rook, bishop when the pawn promotes.
 template <typename Accept>
 void for_each_pawn_move(Square from, Square to, Accept accept) {

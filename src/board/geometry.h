@@ -49,6 +49,15 @@ constexpr int kDeltaCount = 2 * kDeltaBias + 1;
     return square_row(square) ^ (color == kWhite ? 0 : 15);
 }
 
+// A pawn's second and seventh rank, as its colour sees the board.
+[[nodiscard]] constexpr bool is_second_rank(Square square, Color color) noexcept {
+    return square_relative_row(square, color) == kFirstLine + 1;
+}
+
+[[nodiscard]] constexpr bool is_seventh_rank(Square square, Color color) noexcept {
+    return square_relative_row(square, color) == kLastLine - 1;
+}
+
 // 0 for dark squares such as a1, 1 for light ones.
 [[nodiscard]] constexpr int square_shade(Square square) noexcept {
     return (square_row(square) + square_column(square)) & 1;

@@ -69,6 +69,6 @@ void gen_legal_moves(MoveList& list, Board& board);
 [[nodiscard]] bool move_is_pseudo(Move move, Board& board);
 
 // Would gen_quiets list this code?
-[[nodiscard]] bool quiet_is_pseudo(Move move, Board& board);
+[[nodiscard]] bool quiet_is_pseudo(Move move, const Board& board);
 
 }  // namespace zar

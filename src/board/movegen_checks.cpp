@@ -147,14 +147,11 @@ void gen_pawn_checks(MoveList& list, const Board& board, Square king,
 }
 
 void gen_castling_checks(MoveList& list, Board& board) {
-    MoveList castlings;
-    castlings.size = 0;
-    gen_castling(castlings, board);
-    for (std::size_t i = 0; i < static_cast<std::size_t>(castlings.size); ++i) {
-        if (move_is_check(castlings.move[i], board)) {
-            list_add(list, castlings.move[i]);
+    for_each_castling(board, [&](Move move) {
+        if (move_is_check(move, board)) {
+            list_add(list, move);
         }
-    }
+    });
 }
 
 }  // namespace

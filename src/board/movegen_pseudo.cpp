@@ -13,6 +13,12 @@ bool is_in_full_list(Move move, Board& board) {
     return list_contains(list, move);
 }
 
+bool castling_is_pseudo(Move move, const Board& board) {
+    bool found = false;
+    for_each_castling(board, [&](Move castling) { found = found || castling == move; });
+    return found;
+}
+
 bool pawn_move_is_pseudo(const Board& board, Square from, Square to) {
     const Square forward = pawn_step_of(board.turn);
     if (square_is_promotion_rank(to)) {
@@ -43,17 +49,23 @@ bool normal_move_is_pseudo(Move move, const Board& board) {
 }  // namespace
 
 bool move_is_pseudo(Move move, Board& board) {
-    return move_kind(move) == kKindNormal ? normal_move_is_pseudo(move, board)
-                                          : is_in_full_list(move, board);
+    switch (move_kind(move)) {
+        case kKindNormal:
+            return normal_move_is_pseudo(move, board);
+        case kKindCastling:
+            return castling_is_pseudo(move, board);
+        default:
+            return is_in_full_list(move, board);
+    }
 }
 
-bool quiet_is_pseudo(Move move, Board& board) {
+bool quiet_is_pseudo(Move move, const Board& board) {
     switch (move_kind(move)) {
-        case kKindCastling:
-            return is_in_full_list(move, board);
         case kKindNormal:
             return board_piece(board, move_to(move)) == kEmpty &&
                    normal_move_is_pseudo(move, board);
+        case kKindCastling:
+            return castling_is_pseudo(move, board);
         default:
             return false;
     }

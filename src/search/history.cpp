@@ -32,10 +32,6 @@ void search_tables_clear(int thread) {
     self.history_tried.fill(1);
 }
 
-int history_index(Move move, const Board& board) {
-    return piece12_of(board_piece(board, move_from(move))) * 64 + static_cast<int>(move_to64(move));
-}
-
 void history_cutoff(Move move, const Board& board, int depth, int ply, int thread) {
     if (move_is_tactical(move, board)) {
         return;
@@ -46,7 +42,7 @@ void history_cutoff(Move move, const Board& board, int depth, int ply, int threa
         killers[1] = killers[0];
         killers[0] = move;
     }
-    std::uint16_t& credit = self.history[static_cast<std::size_t>(history_index(move, board))];
+    std::uint16_t& credit = self.history[history_index(move, board)];
     credit = static_cast<std::uint16_t>(credit + depth * depth);
     if (credit >= kCreditLimit) {
         for (std::uint16_t& entry : self.history) {
@@ -57,19 +53,19 @@ void history_cutoff(Move move, const Board& board, int depth, int ply, int threa
 
 void history_good(Move move, const Board& board, int thread) {
     if (!move_is_tactical(move, board)) {
-        count_tried(search_thread(thread), static_cast<std::size_t>(history_index(move, board)), 1);
+        count_tried(search_thread(thread), history_index(move, board), 1);
     }
 }
 
 void history_bad(Move move, const Board& board, int thread) {
     if (!move_is_tactical(move, board)) {
-        count_tried(search_thread(thread), static_cast<std::size_t>(history_index(move, board)), 0);
+        count_tried(search_thread(thread), history_index(move, board), 0);
     }
 }
 
 bool history_is_below(int threshold, Move move, const Board& board, int thread) {
     const SearchThread& self = search_thread(thread);
-    const auto index = static_cast<std::size_t>(history_index(move, board));
+    const auto index = history_index(move, board);
     // Not divided, which would take longer than all the rest.
     return self.history_success[index] * kHistoryRatioOne < threshold * self.history_tried[index];
 }

@@ -13,8 +13,14 @@ constexpr int kHistoryRatioOne = 16384;
 // Forgets everything. Called at the start of every search.
 void search_tables_clear(int thread);
 
-// Place of a move in the history tables: kind of man and target.
-[[nodiscard]] int history_index(Move move, const Board& board);
+// Place of a move in the history tables: kind of man (piece12, 0..11) and target.
+[[nodiscard]] constexpr std::size_t history_index(int kind, Square64 to) noexcept {
+    return static_cast<std::size_t>(kind * 64 + to);
+}
+
+[[nodiscard]] inline std::size_t history_index(Move move, const Board& board) noexcept {
+    return history_index(piece12_of(board_piece(board, move_from(move))), move_to64(move));
+}
 
 // A quiet move was the best one or refuted the node: it becomes a killer of the ply and earns the
 // square of the depth. Captures and promotions are passed over.

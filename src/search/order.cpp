@@ -1,9 +1,11 @@
 #include "search/order.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "board/captures.h"
 #include "board/exchange.h"
+#include "board/quiets.h"
 #include "search/history.h"
 #include "search/types.h"
 
@@ -57,7 +59,7 @@ bool capture_is_good(Move move, const Board& board) {
 }
 
 int quiet_score(Move move, const Board& board, const SearchThread& self) {
-    return self.history[static_cast<std::size_t>(history_index(move, board))] + kQuietScore;
+    return self.history[history_index(move, board)] + kQuietScore;
 }
 
 // Score of a move in a list that holds all kinds.
@@ -130,27 +132,6 @@ void serve_sorted(Picker& picker, const MoveList& list, Rule rule) {
 
 void serve(Picker& picker, Move move) { picker.scored[picker.end++] = move; }
 
-// As serve_sorted by history. Most quiet moves have none: they go behind the others as they come,
-// so that no move has to pass them one by one.
-void serve_quiets(Picker& picker, const MoveList& list, const SearchThread& self) {
-    std::array<Move, kMaxMoves> plain;
-    std::size_t plain_count = 0;
-    const auto size = static_cast<std::size_t>(list.size);
-    for (std::size_t i = 0; i < size; ++i) {
-        const Move move = list.move[i];
-        const int credit =
-            self.history[static_cast<std::size_t>(history_index(move, *picker.board))];
-        if (credit == 0) {
-            plain[plain_count++] = move;
-        } else {
-            serve_in_order(picker, move, credit);
-        }
-    }
-    for (std::size_t i = 0; i < plain_count; ++i) {
-        serve(picker, plain[i]);
-    }
-}
-
 [[gnu::noinline]] void enter_killers(Picker& picker) {
     for (const Move killer : picker.killers) {
         if (killer != kMoveNone && killer != picker.hash_move &&
@@ -160,10 +141,31 @@ void serve_quiets(Picker& picker, const MoveList& list, const SearchThread& self
     }
 }
 
+// By history. Most quiet moves have none: they go behind the others as they come, so that no move
+// has to pass them one by one.
 [[gnu::noinline]] void enter_quiets(Picker& picker, const SearchThread& self) {
-    MoveList list;
-    gen_quiets(list, *picker.board);
-    serve_quiets(picker, list, self);
+    const Board& board = *picker.board;
+    std::int32_t* const first = &picker.scored[1];
+    std::int32_t* end = first;
+    for_each_quiet(board, [&](Move move, PieceType type) {
+        if (end != first + kMaxMoves) {
+            const int kind = piece12_make(type, board.turn);
+            const int credit = self.history[history_index(kind, move_to64(move))];
+            *end++ = credit * kMoveCodes + move;
+        }
+    });
+    std::array<std::int32_t, kMaxMoves> plain;
+    std::size_t plain_count = 0;
+    std::int32_t* place = first;
+    for (const std::int32_t* next = first; next != end; ++next) {
+        if (*next < kMoveCodes) {
+            plain[plain_count++] = *next;
+        } else {
+            sort_in(place++, *next);
+        }
+    }
+    std::copy_n(plain.begin(), plain_count, place);
+    picker.end = 1 + static_cast<std::size_t>(end - first);
 }
 
 [[gnu::noinline]] void enter_deferred(Picker& picker) {

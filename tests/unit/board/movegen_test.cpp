@@ -12,6 +12,7 @@
 
 #include "board/captures.h"
 #include "board/fen.h"
+#include "board/quiets.h"
 #include "gtest/gtest.h"
 #include "support/letter_board.h"
 #include "support/move_support.h"
@@ -204,6 +205,17 @@ TEST(Movegen, EveryCaptureIsHandedOutWithTheTypeOfItsMan) {
         });
     });
     EXPECT_GT(seen_captures, 100);
+}
+
+TEST(Movegen, EveryQuietMoveIsHandedOutWithTheTypeOfItsMan) {
+    int seen_quiets = 0;
+    test::random_walks(22, 6, 60, [&](const Board& seen) {
+        for_each_quiet(seen, [&](Move move, PieceType type) {
+            ASSERT_EQ(piece_type_of(board_piece(seen, move_from(move))), type) << fen_of(seen);
+            ++seen_quiets;
+        });
+    });
+    EXPECT_GT(seen_quiets, 1000);
 }
 
 TEST(Movegen, SixteenMenHaveNoMoreCapturesThanThereIsRoomFor) {

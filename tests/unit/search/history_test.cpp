@@ -48,11 +48,11 @@ TEST_F(History, ClearedTablesHoldOnes) {
 
 TEST_F(History, TheIndexIsKindOfManAndTarget) {
     Board board = board_of("4k3/8/8/8/8/8/p2N1N2/4K3 b - - 0 1");
-    EXPECT_EQ(history_index(move_of("a2a1q", board), board), kBlackPawn12 * 64 + 0);
-    EXPECT_EQ(history_index(move_of("e8d8", board), board), kBlackKing12 * 64 + 59);
+    EXPECT_EQ(history_index(move_of("a2a1q", board), board), kBlackPawn12 * 64U + 0);
+    EXPECT_EQ(history_index(move_of("e8d8", board), board), kBlackKing12 * 64U + 59);
     board = board_of("4k3/8/8/8/8/8/p2N1N2/4K3 w - - 0 1");
-    EXPECT_EQ(history_index(move_of("d2e4", board), board), kWhiteKnight12 * 64 + 28);
-    EXPECT_EQ(history_index(move_of("f2e4", board), board), kWhiteKnight12 * 64 + 28);
+    EXPECT_EQ(history_index(move_of("d2e4", board), board), kWhiteKnight12 * 64U + 28);
+    EXPECT_EQ(history_index(move_of("f2e4", board), board), kWhiteKnight12 * 64U + 28);
 }
 
 TEST_F(History, ACutOffMakesAKiller) {
@@ -175,7 +175,7 @@ TEST_F(History, CapturesAndPromotionsArePassedOver) {
         history_cutoff(move, board, 5, 0, 0);
         history_good(move, board, 0);
         history_bad(move, board, 0);
-        const auto index = static_cast<std::size_t>(history_index(move, board));
+        const auto index = history_index(move, board);
         EXPECT_EQ(self.killers[0][0], kMoveNone) << row.fen << " " << row.move;
         EXPECT_EQ(self.history[index], 0) << row.fen << " " << row.move;
         EXPECT_EQ(self.history_success[index], 1) << row.fen << " " << row.move;

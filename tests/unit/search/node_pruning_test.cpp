@@ -201,7 +201,7 @@ TEST_F(NodeSearch, ACutOffByAQuietMoveTeachesTheHistory) {
     const Result result = run(board, 29700, 29701, 1, kCutNode);
     EXPECT_EQ(result.pv, "d1d8");
     const SearchThread& self = search_thread(0);
-    const auto index = static_cast<std::size_t>(history_index(mate, board));
+    const auto index = history_index(mate, board);
     EXPECT_EQ(self.killers[1][0], mate);
     EXPECT_EQ(self.history[index], 1);
     EXPECT_EQ(self.history_success[index], 2);

@@ -261,7 +261,7 @@ TEST_F(NodeSearch, AVerifiedCutOffIsStoredWithItsMove) {
     EXPECT_EQ(hit.depth, 5);
     EXPECT_EQ(hit.bound, kBoundLower);
     EXPECT_EQ(search_thread(0).killers[1][0], hit.move);
-    const auto index = static_cast<std::size_t>(history_index(hit.move, board));
+    const auto index = history_index(hit.move, board);
     EXPECT_EQ(search_thread(0).history_success[index], 2);
     EXPECT_EQ(search_thread(0).history[index], 25);
 }

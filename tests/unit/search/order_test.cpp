@@ -121,7 +121,7 @@ bool is_good(Move move, const Board& board) {
 }
 
 int credit(Move move, const Board& board) {
-    return search_thread(0).history[static_cast<std::size_t>(history_index(move, board))];
+    return search_thread(0).history[history_index(move, board)];
 }
 
 struct Ranked {
