@@ -68,10 +68,14 @@ bool has_passers(const PawnRecord& pawns) {
     return {evaluate_passers(board, kWhite, pawns), evaluate_passers(board, kBlack, pawns)};
 }
 
-std::array<ScorePair, 2> mobility_scores(const Board& board, const MaterialRecord& material,
-                                         const PawnRecord& pawns) {
+std::array<PackedPair, 2> mobility_scores(const Board& board, const MaterialRecord& material,
+                                          const PawnRecord& pawns) {
     return {evaluate_pieces(board, kWhite, pawns, needs_shelter(material, kBlack)),
             evaluate_pieces(board, kBlack, pawns, needs_shelter(material, kWhite))};
+}
+
+ScorePair mobility_difference(const std::array<PackedPair, 2>& scores) {
+    return weigh(unpack(scores[kWhite] - scores[kBlack]), eval_weights.mobility.scale);
 }
 
 ScorePair weighted_difference(const std::array<ScorePair, 2>& scores, int scale) {
@@ -139,8 +143,7 @@ Score evaluate(const Board& board, Score alpha, Score beta, int thread) {
             return estimate;
         }
     }
-    total +=
-        weighted_difference(mobility_scores(board, material, pawns), eval_weights.mobility.scale);
+    total += mobility_difference(mobility_scores(board, material, pawns));
     return finish(board, total, material, scales);
 }
 
@@ -167,7 +170,8 @@ EvalTerms evaluate_terms(const Board& board, int thread) {
     terms.patterns = evaluate_patterns(board);
     terms.shelter = shelter_penalties(board, material);
     terms.passers = passer_scores(board, pawns);
-    terms.mobility = mobility_scores(board, material, pawns);
+    const auto mobility = mobility_scores(board, material, pawns);
+    terms.mobility = {unpack(mobility[kWhite]), unpack(mobility[kBlack])};
     terms.total = base_score(board, material, pawns) + terms.patterns +
                   shelter_score(terms.shelter) +
                   weighted_difference(terms.passers, eval_weights.passers.scale) +

@@ -30,19 +30,19 @@ constexpr std::array<int, 64> kKnightOutpost = {
 // clang-format on
 
 // What a queen gains near the enemy king, by the difference of their squares.
-consteval std::array<std::int8_t, kDeltaCount> make_queen_near_king() {
-    std::array<std::int8_t, kDeltaCount> table{};
+consteval std::array<std::int16_t, kDeltaCount> make_queen_near_king() {
+    std::array<std::int16_t, kDeltaCount> table{};
     for (int row = -7; row <= 7; ++row) {
         for (int column = -7; column <= 7; ++column) {
             const Square delta = row * kRowStep + column;
             const int steps = (row < 0 ? -row : row) + (column < 0 ? -column : column);
             table[static_cast<std::size_t>(delta + kDeltaBias)] =
-                static_cast<std::int8_t>(10 - steps);
+                static_cast<std::int16_t>(10 - steps);
         }
     }
     return table;
 }
-constexpr std::array<std::int8_t, kDeltaCount> kQueenNearKing = make_queen_near_king();
+constexpr std::array<std::int16_t, kDeltaCount> kQueenNearKing = make_queen_near_king();
 
 // By the number of pieces in the enemy's half; more than six count like six.
 constexpr std::array<int, 7> kKingAttackScale = {0, 2, 5, 8, 12, 15, 20};
@@ -58,14 +58,12 @@ struct PieceSum {
     const PawnRecord& pawns;
     SquareSet men;    // of both colours
     bool press_king;  // rooks press the enemy king's shelter
-    ScorePair score;
-    int both;  // to be added to the opening and the endgame
+    PackedPair score;
     // Pieces in the enemy's half, times kAttacker, and the sum of their weights.
     unsigned attack;
 
     [[nodiscard]] Piece at(Square square) const { return board_piece(board, square); }
     [[nodiscard]] Square enemy_king() const { return board_king(board, color_opposite(kUs)); }
-    void add(int value) { both += value; }
 };
 
 template <Color kUs>
@@ -100,11 +98,11 @@ void add_knight(PieceSum<kUs>& sum, Square square) {
     const Square64 square64 = square64_of(square);
     const SquareSet not_free = sum.men | pawn_targets<kThem>(sum.board.pawns[kThem]);
     const SquareSet reached = knight_view(square64) & ~not_free;
-    sum.add(eval_weights.mobility.knight[knight_count(reached, square64)]);
+    sum.score += eval_weights.mobility.knight[knight_count(reached, square64)];
     constexpr Square64 kFlipRanks = kUs == kWhite ? 0 : 56;
     const int outpost = kKnightOutpost[static_cast<std::size_t>(square64 ^ kFlipRanks)];
     if (outpost != 0 && !enemy_pawn_attacks(sum, square)) {
-        sum.score.opening += outpost * own_pawns_defending(sum, square);
+        sum.score += pack({outpost * own_pawns_defending(sum, square), 0});
     }
 }
 
@@ -115,7 +113,7 @@ void add_bishop(PieceSum<kUs>& sum, Square square) {
         has_on_both_sides(sum.board, square + pawn_step_of(kUs), kEnemyPawnBit<kUs>);
     const auto& mobility =
         shut_in ? eval_weights.mobility.shut_in_bishop : eval_weights.mobility.bishop;
-    sum.add(mobility[bishop_reach(sum.men, square64_of(square))]);
+    sum.score += mobility[bishop_reach(sum.men, square64_of(square))];
 }
 
 // Is the man on the seventh rank, with pawns to attack or a king to shut in?
@@ -141,7 +139,7 @@ void add_rook(PieceSum<kUs>& sum, Square square) {
     }
     const int distance = column - square_column(sum.enemy_king());
     if (distance >= -1 && distance <= 1 && sum.press_king) {
-        sum.score.opening += distance == 0 ? weights.rook_on_king_file : weights.rook_near_king;
+        sum.score += distance == 0 ? weights.rook_on_king_file : weights.rook_near_king;
     }
     if (presses_seventh(sum, square)) {
         sum.score += weights.rook_seventh;
@@ -151,21 +149,22 @@ void add_rook(PieceSum<kUs>& sum, Square square) {
 template <Color kUs>
 void add_queen(PieceSum<kUs>& sum, Square square) {
     count_attacker(sum, square, 4);
-    sum.add(kQueenNearKing[static_cast<std::size_t>(square - sum.enemy_king() + kDeltaBias)]);
+    const int nearness =
+        kQueenNearKing[static_cast<std::size_t>(square - sum.enemy_king() + kDeltaBias)];
+    sum.score += pack({nearness, nearness});
     if (presses_seventh(sum, square)) {
         sum.score += eval_weights.mobility.queen_seventh;
     }
 }
 
 template <Color kUs>
-ScorePair evaluate_side(const Board& board, const PawnRecord& pawns, bool press_king) {
+PackedPair evaluate_side(const Board& board, const PawnRecord& pawns, bool press_king) {
     PieceSum<kUs> sum{
         .board = board,
         .pawns = pawns,
         .men = board_men(board),
         .press_king = press_king,
         .score = {},
-        .both = 0,
         .attack = 0,
     };
     // The list holds the men type by type, so no man need be looked at for its type.
@@ -183,14 +182,14 @@ ScorePair evaluate_side(const Board& board, const PawnRecord& pawns, bool press_
     add_all(kKnight, add_knight<kUs>);
     const std::size_t attackers =
         std::min<std::size_t>(sum.attack / kAttacker, kKingAttackScale.size() - 1);
-    sum.score.opening += static_cast<int>(sum.attack % kAttacker) * kKingAttackScale[attackers];
-    return sum.score + ScorePair{sum.both, sum.both};
+    sum.score += pack({static_cast<int>(sum.attack % kAttacker) * kKingAttackScale[attackers], 0});
+    return sum.score;
 }
 
 }  // namespace
 
-ScorePair evaluate_pieces(const Board& board, Color color, const PawnRecord& pawns,
-                          bool press_king) {
+PackedPair evaluate_pieces(const Board& board, Color color, const PawnRecord& pawns,
+                           bool press_king) {
     return color == kWhite ? evaluate_side<kWhite>(board, pawns, press_king)
                            : evaluate_side<kBlack>(board, pawns, press_king);
 }

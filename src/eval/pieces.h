@@ -10,7 +10,7 @@ namespace zar {
 
 // The terms of one colour's pieces, its own view, before the group's scale. `press_king`: the enemy
 // king needs shelter, so rooks near its file count.
-[[nodiscard]] ScorePair evaluate_pieces(const Board& board, Color color, const PawnRecord& pawns,
-                                        bool press_king);
+[[nodiscard]] PackedPair evaluate_pieces(const Board& board, Color color, const PawnRecord& pawns,
+                                         bool press_king);
 
 }  // namespace zar

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cassert>
+#include <cstdint>
 
 #include "board/types.h"
 
@@ -37,6 +38,32 @@ constexpr ScorePair& operator+=(ScorePair& left, ScorePair right) noexcept {
 constexpr ScorePair& operator-=(ScorePair& left, ScorePair right) noexcept {
     left = left - right;
     return left;
+}
+
+// A pair in one word, so that long sums of pairs take one addition each and one register: the
+// endgame score times 2^32, and the opening score added.
+struct PackedPair {
+    std::int64_t word = 0;
+
+    friend constexpr bool operator==(const PackedPair&, const PackedPair&) = default;
+};
+
+[[nodiscard]] constexpr PackedPair pack(ScorePair score) noexcept {
+    return {score.endgame * (std::int64_t{1} << 32) + score.opening};
+}
+
+[[nodiscard]] constexpr ScorePair unpack(PackedPair pair) noexcept {
+    const auto opening = static_cast<std::int32_t>(pair.word);
+    return {opening, static_cast<int>((pair.word - opening) >> 32)};
+}
+
+constexpr PackedPair& operator+=(PackedPair& left, PackedPair right) noexcept {
+    left.word += right.word;
+    return left;
+}
+
+[[nodiscard]] constexpr PackedPair operator-(PackedPair left, PackedPair right) noexcept {
+    return {left.word - right.word};
 }
 
 // Group weights count in parts of 256: a weight of 256 leaves a score as it is.

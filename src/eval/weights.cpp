@@ -45,20 +45,20 @@ Entry entry_at(const std::array<Entry, kSize>& table, int index) {
     return table[static_cast<std::size_t>(std::clamp(index, 0, static_cast<int>(kSize) - 1))];
 }
 
-// After all other weights of the group.
-void fill_mobility(MobilityWeights& mobility) {
+// `price` is what every rook pays.
+void fill_mobility(MobilityWeights& mobility, ScorePair price) {
     const auto fill = [unit = mobility.unit](auto& table, auto entry) {
         for (std::size_t reached = 0; reached < table.size(); ++reached) {
-            table[reached] = entry(static_cast<int>(reached) * unit);
+            table[reached] = pack(entry(static_cast<int>(reached) * unit));
         }
     };
-    fill(mobility.knight, [](int units) { return entry_at(kKnightMobility, units); });
+    const auto both = [](int value) { return ScorePair{value, value}; };
+    fill(mobility.knight, [=](int units) { return both(entry_at(kKnightMobility, units)); });
     // A bishop counts one square more unless two pawns shut it in.
-    fill(mobility.bishop, [](int units) { return entry_at(kBishopMobility, units + 1); });
-    fill(mobility.shut_in_bishop, [](int units) { return entry_at(kBishopMobility, units); });
-    // Every rook pays half of the open file's bonus, so that only a file without own pawns gains.
-    const ScorePair price{mobility.rook_open.opening / 2, mobility.rook_open.endgame / 2};
-    fill(mobility.rook, [price](int units) { return entry_at(kRookMobility, units) - price; });
+    fill(mobility.bishop, [=](int units) { return both(entry_at(kBishopMobility, units + 1)); });
+    fill(mobility.shut_in_bishop,
+         [=](int units) { return both(entry_at(kBishopMobility, units)); });
+    fill(mobility.rook, [=](int units) { return entry_at(kRookMobility, units) - price; });
 }
 
 int positional_scale(int scale, int level) { return level < kFirstPositionalLevel ? 0 : scale; }
@@ -110,13 +110,15 @@ void weights_apply_pieces(int level) {
 
     MobilityWeights& mobility = eval_weights.mobility;
     mobility.unit = level_times(0.1, level);
-    mobility.rook_open = {level_times(0.2, level), level_times(0.2, level)};
-    mobility.rook_half_open = {level_times(0.1, level), level_times(0.1, level)};
-    mobility.rook_near_king = level_times(0.1, level);
-    mobility.rook_on_king_file = level_times(0.2, level);
-    mobility.rook_seventh = {level_times(0.2, level), level_times(0.4, level)};
-    mobility.queen_seventh = {level_times(0.1, level), level_times(0.2, level)};
-    fill_mobility(mobility);
+    const ScorePair rook_open = {level_times(0.2, level), level_times(0.2, level)};
+    mobility.rook_open = pack(rook_open);
+    mobility.rook_half_open = pack({level_times(0.1, level), level_times(0.1, level)});
+    mobility.rook_near_king = pack({level_times(0.1, level), 0});
+    mobility.rook_on_king_file = pack({level_times(0.2, level), 0});
+    mobility.rook_seventh = pack({level_times(0.2, level), level_times(0.4, level)});
+    mobility.queen_seventh = pack({level_times(0.1, level), level_times(0.2, level)});
+    // Every rook pays half of the open file's bonus, so that only a file without own pawns gains.
+    fill_mobility(mobility, {rook_open.opening / 2, rook_open.endgame / 2});
     mobility.scale = positional_scale(kMobilityScale, level);
 
     LazyExits& lazy = eval_weights.lazy;

@@ -63,16 +63,16 @@ struct MobilityWeights {
     int unit;  // per reachable empty square
     // By the number of those squares, what they are worth. Knights and bishops gain the same in
     // both phases; a rook's table includes what its file costs it, see weights.cpp.
-    std::array<int, 9> knight;
-    std::array<int, 14> bishop;
-    std::array<int, 14> shut_in_bishop;
-    std::array<ScorePair, 15> rook;
-    ScorePair rook_open;  // both gained on files without own pawns
-    ScorePair rook_half_open;
-    int rook_near_king;     // within one file of the enemy king, opening
-    int rook_on_king_file;  // in all, opening
-    ScorePair rook_seventh;
-    ScorePair queen_seventh;
+    std::array<PackedPair, 9> knight;
+    std::array<PackedPair, 14> bishop;
+    std::array<PackedPair, 14> shut_in_bishop;
+    std::array<PackedPair, 15> rook;
+    PackedPair rook_open;  // both gained on files without own pawns
+    PackedPair rook_half_open;
+    PackedPair rook_near_king;     // within one file of the enemy king, opening
+    PackedPair rook_on_king_file;  // in all, opening
+    PackedPair rook_seventh;
+    PackedPair queen_seventh;
     int scale;  // of the whole group, over 256
 };
 

@@ -36,7 +36,7 @@ void expect_scores(const std::vector<Row>& rows, bool press_king = false) {
             PawnRecord pawns;
             evaluate_pawns(pawns, board, 0);
             const Color color = swapped ? kBlack : kWhite;
-            EXPECT_EQ(evaluate_pieces(board, color, pawns, press_king), row.score)
+            EXPECT_EQ(unpack(evaluate_pieces(board, color, pawns, press_king)), row.score)
                 << row.what << "\n"
                 << fen;
         }
@@ -96,12 +96,13 @@ TEST_F(Pieces, OutpostsLieInTheEnemyHalfAndBeforeIt) {
                 fen_of_men("b Ke1 k" + std::string(file < 4 ? "h8" : "a8") + " N" +
                            square(file, rank) + " P" + square(file == 0 ? 1 : file - 1, rank - 1));
             const Board board = board_of(fen);
-            const ScorePair score = evaluate_pieces(board, kWhite, pawns_of(board), false);
+            const ScorePair score = unpack(evaluate_pieces(board, kWhite, pawns_of(board), false));
             // Mobility is the same in both phases; a knight in the enemy's half attacks with 2.
             EXPECT_EQ(score.opening - score.endgame - (rank >= 5 ? 2 : 0), expected[8 - rank][file])
                 << fen;
             const Board swapped = board_of(test::fen_swap_colors(fen));
-            EXPECT_EQ(evaluate_pieces(swapped, kBlack, pawns_of(swapped), false), score) << fen;
+            EXPECT_EQ(unpack(evaluate_pieces(swapped, kBlack, pawns_of(swapped), false)), score)
+                << fen;
         }
     }
 }
@@ -274,20 +275,21 @@ int plain_endgame_score(const Board& board, Color color, const PawnRecord& pawns
         const bool hits_target = has_target && relative_rank(square, color) == 7;
         const auto column = static_cast<std::size_t>(square_column(square));
         if (type == kKnight) {
-            score += weights.knight[reached];
+            score += unpack(weights.knight[reached]).endgame;
         } else if (type == kBishop) {
             const bool shut_in = enemy_pawns_beside(square + forward) == 2;
-            score += shut_in ? weights.shut_in_bishop[reached] : weights.bishop[reached];
+            score +=
+                unpack(shut_in ? weights.shut_in_bishop[reached] : weights.bishop[reached]).endgame;
         } else if (type == kRook) {
             const bool own = board.pawn_file[static_cast<std::size_t>(color)][column] != 0;
             const bool other = board.pawn_file[static_cast<std::size_t>(enemy)][column] != 0;
-            const ScorePair file = other ? weights.rook_half_open : weights.rook_open;
-            score += weights.rook[reached].endgame + (own ? 0 : file.endgame) +
-                     (hits_target ? weights.rook_seventh.endgame : 0);
+            const ScorePair file = unpack(other ? weights.rook_half_open : weights.rook_open);
+            score += unpack(weights.rook[reached]).endgame + (own ? 0 : file.endgame) +
+                     (hits_target ? unpack(weights.rook_seventh).endgame : 0);
         } else {
             score += 10 - std::abs(square_row(square) - square_row(king)) -
                      std::abs(square_column(square) - square_column(king)) +
-                     (hits_target ? weights.queen_seventh.endgame : 0);
+                     (hits_target ? unpack(weights.queen_seventh).endgame : 0);
         }
     }
     return score;
@@ -300,7 +302,7 @@ TEST_F(Pieces, PlainCountsGiveTheSameScore) {
         const Board board = board_of(fen);
         const PawnRecord pawns = pawns_of(board);
         for (const Color color : {kWhite, kBlack}) {
-            EXPECT_EQ(evaluate_pieces(board, color, pawns, true).endgame,
+            EXPECT_EQ(unpack(evaluate_pieces(board, color, pawns, true)).endgame,
                       plain_endgame_score(board, color, pawns))
                 << fen << " colour " << color;
         }

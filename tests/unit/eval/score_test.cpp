@@ -18,6 +18,21 @@ TEST(Score, PairsAddAndSubtractPhaseByPhase) {
     EXPECT_TRUE(left * 3 == (ScorePair{30, -60}));
 }
 
+TEST(Score, PackedPairsAddAndSubtractPhaseByPhase) {
+    constexpr ScorePair kPairs[] = {{0, 0},    {1, 0},      {0, 1},         {-1, 0},
+                                    {0, -1},   {-1, -1},    {300, -5},      {-300, 5},
+                                    {7, 2000}, {-7, -2000}, {30000, -30000}};
+    for (const ScorePair left : kPairs) {
+        EXPECT_EQ(unpack(pack(left)), left);
+        for (const ScorePair right : kPairs) {
+            PackedPair sum = pack(left);
+            sum += pack(right);
+            EXPECT_EQ(unpack(sum), left + right);
+            EXPECT_EQ(unpack(pack(left) - pack(right)), left - right);
+        }
+    }
+}
+
 TEST(Score, WeighingTruncatesTowardZeroOnBothSides) {
     EXPECT_EQ(weigh(300, 205), 240);
     EXPECT_EQ(weigh(-300, 205), -240);

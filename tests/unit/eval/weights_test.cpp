@@ -52,12 +52,12 @@ TEST_F(EvalWeights, PiecesAtFullStrength) {
     EXPECT_EQ(eval_weights.king.scale, 512);
     const MobilityWeights& mobility = eval_weights.mobility;
     EXPECT_EQ(mobility.unit, 1);
-    EXPECT_EQ(mobility.rook_open, (ScorePair{2, 2}));
-    EXPECT_EQ(mobility.rook_half_open, (ScorePair{1, 1}));
-    EXPECT_EQ(mobility.rook_near_king, 1);
-    EXPECT_EQ(mobility.rook_on_king_file, 2);
-    EXPECT_EQ(mobility.rook_seventh, (ScorePair{2, 4}));
-    EXPECT_EQ(mobility.queen_seventh, (ScorePair{1, 2}));
+    EXPECT_EQ(unpack(mobility.rook_open), (ScorePair{2, 2}));
+    EXPECT_EQ(unpack(mobility.rook_half_open), (ScorePair{1, 1}));
+    EXPECT_EQ(unpack(mobility.rook_near_king), (ScorePair{1, 0}));
+    EXPECT_EQ(unpack(mobility.rook_on_king_file), (ScorePair{2, 0}));
+    EXPECT_EQ(unpack(mobility.rook_seventh), (ScorePair{2, 4}));
+    EXPECT_EQ(unpack(mobility.queen_seventh), (ScorePair{1, 2}));
     EXPECT_EQ(mobility.scale, 256);
 }
 
@@ -85,24 +85,36 @@ TEST_F(EvalWeights, ProductsOfTheLevelAreTruncated) {
     EXPECT_EQ(eval_weights.passers.enemy_king_step, 18);
     EXPECT_EQ(eval_weights.passers.own_king_step, 4);
     EXPECT_EQ(eval_weights.mobility.unit, 0);
-    EXPECT_EQ(eval_weights.mobility.rook_open, (ScorePair{1, 1}));
-    EXPECT_EQ(eval_weights.mobility.rook_half_open, (ScorePair{0, 0}));
-    EXPECT_EQ(eval_weights.mobility.rook_near_king, 0);
-    EXPECT_EQ(eval_weights.mobility.rook_on_king_file, 1);
-    EXPECT_EQ(eval_weights.mobility.rook_seventh, (ScorePair{1, 3}));
-    EXPECT_EQ(eval_weights.mobility.queen_seventh, (ScorePair{0, 1}));
+    EXPECT_EQ(unpack(eval_weights.mobility.rook_open), (ScorePair{1, 1}));
+    EXPECT_EQ(unpack(eval_weights.mobility.rook_half_open), (ScorePair{0, 0}));
+    EXPECT_EQ(unpack(eval_weights.mobility.rook_near_king), (ScorePair{0, 0}));
+    EXPECT_EQ(unpack(eval_weights.mobility.rook_on_king_file), (ScorePair{1, 0}));
+    EXPECT_EQ(unpack(eval_weights.mobility.rook_seventh), (ScorePair{1, 3}));
+    EXPECT_EQ(unpack(eval_weights.mobility.queen_seventh), (ScorePair{0, 1}));
+}
+
+// Of a table whose entries are the same in both phases.
+template <std::size_t kSize>
+std::array<int, kSize> values_of(const std::array<PackedPair, kSize>& table) {
+    std::array<int, kSize> values{};
+    for (std::size_t i = 0; i < kSize; ++i) {
+        const ScorePair pair = unpack(table[i]);
+        EXPECT_EQ(pair.opening, pair.endgame) << i;
+        values[i] = pair.opening;
+    }
+    return values;
 }
 
 TEST_F(EvalWeights, MobilityTablesAreByReachedSquares) {
     const MobilityWeights& mobility = eval_weights.mobility;
-    EXPECT_EQ(mobility.knight, (std::array<int, 9>{-16, -12, -8, -4, 0, 4, 8, 12, 16}));
-    EXPECT_EQ(mobility.shut_in_bishop,
+    EXPECT_EQ(values_of(mobility.knight), (std::array<int, 9>{-16, -12, -8, -4, 0, 4, 8, 12, 16}));
+    EXPECT_EQ(values_of(mobility.shut_in_bishop),
               (std::array<int, 14>{-20, -15, -10, -5, 0, 5, 10, 15, 20, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(mobility.bishop,
+    EXPECT_EQ(values_of(mobility.bishop),
               (std::array<int, 14>{-15, -10, -5, 0, 5, 10, 15, 20, 0, 0, 0, 0, 0, 0}));
     // Half of the open file's bonus is taken off.
     for (int reached = 0; reached <= 14; ++reached) {
-        EXPECT_EQ(mobility.rook[static_cast<std::size_t>(reached)],
+        EXPECT_EQ(unpack(mobility.rook[static_cast<std::size_t>(reached)]),
                   (ScorePair{2 * reached - 14 - 1, 4 * reached - 28 - 1}))
             << reached;
     }
@@ -111,16 +123,16 @@ TEST_F(EvalWeights, MobilityTablesAreByReachedSquares) {
 TEST_F(EvalWeights, MobilityTablesStayWithinTheirEnds) {
     const MobilityWeights& mobility = eval_weights.mobility;
     set_level(20);
-    EXPECT_EQ(mobility.knight, (std::array<int, 9>{-16, -8, 0, 8, 16, 16, 16, 16, 16}));
-    EXPECT_EQ(mobility.bishop[3], 15);
-    EXPECT_EQ(mobility.bishop[13], 0);
-    EXPECT_EQ(mobility.rook[7], (ScorePair{14 - 2, 28 - 2}));
-    EXPECT_EQ(mobility.rook[8], (ScorePair{0 - 2, 0 - 2}));
+    EXPECT_EQ(values_of(mobility.knight), (std::array<int, 9>{-16, -8, 0, 8, 16, 16, 16, 16, 16}));
+    EXPECT_EQ(unpack(mobility.bishop[3]), (ScorePair{15, 15}));
+    EXPECT_EQ(unpack(mobility.bishop[13]), (ScorePair{0, 0}));
+    EXPECT_EQ(unpack(mobility.rook[7]), (ScorePair{14 - 2, 28 - 2}));
+    EXPECT_EQ(unpack(mobility.rook[8]), (ScorePair{0 - 2, 0 - 2}));
     set_level(-20);
-    EXPECT_EQ(mobility.knight[8], -16);
-    EXPECT_EQ(mobility.bishop[0], -15);
-    EXPECT_EQ(mobility.bishop[13], -20);
-    EXPECT_EQ(mobility.rook[14], (ScorePair{-14 + 2, -28 + 2}));
+    EXPECT_EQ(unpack(mobility.knight[8]), (ScorePair{-16, -16}));
+    EXPECT_EQ(unpack(mobility.bishop[0]), (ScorePair{-15, -15}));
+    EXPECT_EQ(unpack(mobility.bishop[13]), (ScorePair{-20, -20}));
+    EXPECT_EQ(unpack(mobility.rook[14]), (ScorePair{-14 + 2, -28 + 2}));
 }
 
 TEST_F(EvalWeights, GroupScalesAreSwitchedOffBelowLevelSeven) {
