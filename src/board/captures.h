@@ -24,6 +24,7 @@ void for_each_pawn_move(Square from, Square to, Accept accept) {
     }
 }
 
+// Captures of one pawn, toward the a-file first; no en passant.
 template <Color kUs, typename Accept>
 void for_each_pawn_capture(const Board& board, Square from, Accept accept) {
     constexpr int kEnemyBit = color_bit(color_opposite(kUs));
@@ -38,6 +39,7 @@ void for_each_pawn_capture(const Board& board, Square from, Accept accept) {
     }
 }
 
+// En passant captures of the side to move, from the h-file side first.
 template <typename Accept>
 void for_each_en_passant(const Board& board, Accept accept) {
     if (board.ep_square == kNoSquare) {
@@ -75,8 +77,9 @@ void for_each_hit_by_step(Square64 from, SquareSet hits, Accept accept) {
     (std::make_index_sequence<kSteps.size()>{});
 }
 
+// Captures of one pawn, or its promotion by a step.
 template <Color kUs, typename Accept>
-void for_each_tactical_pawn_move(const Board& board, Square from, Accept accept) {
+void for_each_tactical_move_of(const Board& board, Square from, Accept accept) {
     for_each_pawn_capture<kUs>(board, from, accept);
     const Square ahead = from + pawn_step_of(kUs);
     if (is_seventh_rank(from, kUs) && board_piece(board, ahead) == kEmpty) {
@@ -93,13 +96,13 @@ void for_each_tactical_pawn_move(const Board& board, Accept accept) {
         board.pawns[kUs] & (pawn_targets<kThem>(board.men[kThem]) | kSeventhRank);
     if (set_rest(pawns) == 0) {
         if (pawns != 0) {
-            for_each_tactical_pawn_move<kUs>(board, square_of_64(set_first(pawns)), accept);
+            for_each_tactical_move_of<kUs>(board, square_of_64(set_first(pawns)), accept);
         }
         return;
     }
     for (const Square from : board_pawns(board, kUs)) {
         if (set_has(pawns, square64_of(from))) {
-            for_each_tactical_pawn_move<kUs>(board, from, accept);
+            for_each_tactical_move_of<kUs>(board, from, accept);
         }
     }
 }
@@ -131,7 +134,8 @@ void for_each_capture_of(const Board& board, const std::uint8_t*& man, SquareSet
 // codes each.
 constexpr int kMostCaptures = kMaxMen * 12;
 
-// Calls accept(move, type of the mover) for the moves of gen_captures in their order.
+// Calls accept(move, type of the mover) for the moves of gen_captures in their order. Into its
+// caller: what accept writes to can then stay in registers.
 template <typename Accept>
 [[gnu::always_inline]] inline void for_each_capture(const Board& board, Accept accept) {
     const SquareSet men = board_men(board);

@@ -180,10 +180,10 @@ void add_hidden(Exchange& exchange, Square square, bool joined_late) {
 
 // What `color`, to move, wins by capturing a man worth `prey` as long as it pays; never below 0.
 Score play_out(Exchange& exchange, Color color, Score prey) {
-    constexpr std::size_t kMostCaptures = std::size_t{2} * kMaxMen;
-    std::array<Score, kMostCaptures> preys{};
+    constexpr std::size_t kMostTakers = std::size_t{2} * kMaxMen;
+    std::array<Score, kMostTakers> preys{};
     std::size_t captures = 0;
-    while (captures < kMostCaptures) {
+    while (captures < kMostTakers) {
         const Attacker taker = next_attacker(exchange, color);
         if (taker.square == kNoSquare) {
             break;
@@ -295,7 +295,8 @@ Color exchange_start(Exchange& exchange, Move move, const Board& board) {
 enum class Verdict { fails, holds, open };
 
 // Whether the opponent wins at most `bound` by capturing the moved man worth `prey`, as far as the
-// first capture and the question whether anybody can answer it tell: most of the time.
+// first capture and the question whether anybody can answer it tell: most of the time. Into its
+// caller, which does little else.
 [[gnu::always_inline]] inline Verdict judge_early(Move move, const Board& board, Score prey,
                                                   Score bound) {
     if (move_is_en_passant(move)) {

@@ -266,9 +266,11 @@ void set_en_passant(Board& board, Square from, Square to) {
     }
 }
 
-// Takes the victim off its square and notes it.
+// Takes the victim, which there is, off its square and notes it. Into both callers, as is play:
+// each knows more of the move than a function for both could.
 [[gnu::always_inline]] inline void capture(Board& board, Square victim, Square to, UndoInfo& undo) {
     const Piece piece = board_piece(board, victim);
+    assert(piece != kEmpty);
     undo.captured = true;
     undo.cap_square = victim;
     undo.cap_piece = piece;
@@ -289,7 +291,7 @@ void set_en_passant(Board& board, Square from, Square to) {
 enum class Play {
     plain,    // neither a capture nor castling nor promotion
     capture,  // of a man on the to-square, without promotion
-    special,  // anything
+    special,  // castling, promotion, en passant
 };
 
 template <Play kPlay>
@@ -307,6 +309,7 @@ template <Play kPlay>
     board.key ^= random64[kTurnKeyIndex];
     clear_en_passant(board);
     if constexpr (kPlay == Play::capture) {
+        // It sets what counts from the last move, and a capturing pawn makes no double step.
         capture(board, to, to, undo);
     } else {
         if (piece_is_pawn(piece)) {

@@ -8,6 +8,7 @@
 // Castling is the king's move of two files; an en-passant capture has the capturing pawn's squares.
 #pragma once
 
+#include <array>
 #include <string_view>
 
 #include "board/board.h"
@@ -71,7 +72,8 @@ constexpr int kMoveTextSize = 6;  // five characters and a zero
     return move != kMoveNone && move != kMoveNull;
 }
 
-// By the bits of a move that name the promotion piece.
+// By the bits of a move that name the promotion piece. Inside move_promote it would be laid out on
+// the stack at every call.
 constexpr std::array<int, 4> promotion_type_bits = {kKnightBit, kBishopBit, kRookBit, kSliderBits};
 
 // The piece that a promotion makes, White's when the to-square is on rank 8.

@@ -81,8 +81,9 @@ void gen_moves(MoveList& list, Board& board) {
             gen_pawn<kBlack>(list, board, from);
         }
     }
-    for_each_en_passant(board, [&](Move move) { list_add(list, move); });
-    list_add_castling(list, board);
+    const auto add = [&](Move move) { list_add(list, move); };
+    for_each_en_passant(board, add);
+    for_each_castling(board, add);
 }
 
 void gen_captures(MoveList& list, const Board& board) {

@@ -1,6 +1,6 @@
-// Move generation in stages, because the search asks in stages. Pseudo-legal lists may leave the
-// own king in check: move_is_legal settles that. The order inside every list is part of the
-// contract, since the search's sorts are stable.
+// Lists of moves. Pseudo-legal ones may leave the own king in check: move_is_legal settles that.
+// The order inside every list is part of the contract, since the search's sorts are stable. The
+// search takes captures and quiet moves one by one, from captures.h and quiets.h.
 #pragma once
 
 #include <array>

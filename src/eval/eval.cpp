@@ -78,8 +78,8 @@ ScorePair mobility_difference(const std::array<PackedPair, 2>& scores) {
     return weigh(unpack(scores[kWhite] - scores[kBlack]), eval_weights.mobility.scale);
 }
 
-ScorePair weighted_difference(const std::array<ScorePair, 2>& scores, int scale) {
-    return weigh(scores[kWhite] - scores[kBlack], scale);
+ScorePair passer_difference(const std::array<ScorePair, 2>& scores) {
+    return weigh(scores[kWhite] - scores[kBlack], eval_weights.passers.scale);
 }
 
 Score side_to_move_view(const Board& board, Score score) {
@@ -135,7 +135,7 @@ Score evaluate(const Board& board, Score alpha, Score beta, int thread) {
     }
     total += shelter_score(shelter_penalties(board, material));
     if (has_passers(pawns)) {
-        total += weighted_difference(passer_scores(board, pawns), eval_weights.passers.scale);
+        total += passer_difference(passer_scores(board, pawns));
     }
     if (lazy) {
         const Score estimate = side_to_move_view(board, blend(total, material.phase));
@@ -173,9 +173,8 @@ EvalTerms evaluate_terms(const Board& board, int thread) {
     const auto mobility = mobility_scores(board, material, pawns);
     terms.mobility = {unpack(mobility[kWhite]), unpack(mobility[kBlack])};
     terms.total = base_score(board, material, pawns) + terms.patterns +
-                  shelter_score(terms.shelter) +
-                  weighted_difference(terms.passers, eval_weights.passers.scale) +
-                  weighted_difference(terms.mobility, eval_weights.mobility.scale);
+                  shelter_score(terms.shelter) + passer_difference(terms.passers) +
+                  mobility_difference(mobility);
     terms.final_score = is_dead_draw(scales) ? 0 : finish(board, terms.total, material, scales);
     return terms;
 }

@@ -26,7 +26,8 @@ struct SideView {
     [[nodiscard]] bool enemy_pawn(Square square) const {
         return at(square) == pawn_of(color_opposite(kUs));
     }
-    // Does any own man, any own pawn stand on these squares? Asked before the patterns of several.
+    // Does any own man stand on one of these squares, or any own pawn? Asked before a pattern of
+    // several squares is looked for.
     [[nodiscard]] bool own_on(SquareSet squares) const {
         return (board.men[kUs] & seen_set(squares)) != 0;
     }

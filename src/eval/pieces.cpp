@@ -30,19 +30,18 @@ constexpr std::array<int, 64> kKnightOutpost = {
 // clang-format on
 
 // What a queen gains near the enemy king, by the difference of their squares.
-consteval std::array<std::int16_t, kDeltaCount> make_queen_near_king() {
-    std::array<std::int16_t, kDeltaCount> table{};
+consteval std::array<int, kDeltaCount> make_queen_near_king() {
+    std::array<int, kDeltaCount> table{};
     for (int row = -7; row <= 7; ++row) {
         for (int column = -7; column <= 7; ++column) {
             const Square delta = row * kRowStep + column;
             const int steps = (row < 0 ? -row : row) + (column < 0 ? -column : column);
-            table[static_cast<std::size_t>(delta + kDeltaBias)] =
-                static_cast<std::int16_t>(10 - steps);
+            table[static_cast<std::size_t>(delta + kDeltaBias)] = 10 - steps;
         }
     }
     return table;
 }
-constexpr std::array<std::int16_t, kDeltaCount> kQueenNearKing = make_queen_near_king();
+constexpr std::array<int, kDeltaCount> kQueenNearKing = make_queen_near_king();
 
 // By the number of pieces in the enemy's half; more than six count like six.
 constexpr std::array<int, 7> kKingAttackScale = {0, 2, 5, 8, 12, 15, 20};

@@ -41,7 +41,7 @@ constexpr ScorePair& operator-=(ScorePair& left, ScorePair right) noexcept {
 }
 
 // A pair in one word, so that long sums of pairs take one addition each and one register: the
-// endgame score times 2^32, and the opening score added.
+// endgame score times 2^32, and the opening score added. Each of the two stays an int.
 struct PackedPair {
     std::int64_t word = 0;
 

@@ -53,12 +53,12 @@ void fill_mobility(MobilityWeights& mobility, ScorePair price) {
         }
     };
     const auto both = [](int value) { return ScorePair{value, value}; };
-    fill(mobility.knight, [=](int units) { return both(entry_at(kKnightMobility, units)); });
+    fill(mobility.knight, [both](int units) { return both(entry_at(kKnightMobility, units)); });
     // A bishop counts one square more unless two pawns shut it in.
-    fill(mobility.bishop, [=](int units) { return both(entry_at(kBishopMobility, units + 1)); });
+    fill(mobility.bishop, [both](int units) { return both(entry_at(kBishopMobility, units + 1)); });
     fill(mobility.shut_in_bishop,
-         [=](int units) { return both(entry_at(kBishopMobility, units)); });
-    fill(mobility.rook, [=](int units) { return entry_at(kRookMobility, units) - price; });
+         [both](int units) { return both(entry_at(kBishopMobility, units)); });
+    fill(mobility.rook, [price](int units) { return entry_at(kRookMobility, units) - price; });
 }
 
 int positional_scale(int scale, int level) { return level < kFirstPositionalLevel ? 0 : scale; }

@@ -52,13 +52,15 @@ void update(HashTable& table, HashEntry& entry, std::uint64_t fresh) {
     word_store(entry.data, fresh);
 }
 
-// The higher, the more readily the entry is given up: how many searches ago its date was, and then
-// how far its rank is below the highest. Both follow from turning the bits of date and rank over,
-// since 15 less a date, and the next one added, is the age modulo 16.
+// The higher, the more readily the entry is given up: first by how many searches ago its date was,
+// then by how far its rank is below the highest. Inverting the bits gives both: a rank's distance
+// from the highest, and of a date, with the next date added, the age modulo 16.
 std::uint64_t replace_score(std::uint64_t data, std::uint64_t next_date) {
-    constexpr std::uint64_t kTurned = std::uint64_t{kRankMask ^ kFlippedBit << 2} << kRankShift |
-                                      std::uint64_t{kHashDates - 1} << kDateShift;
-    return ((data ^ kTurned) + next_date) >> kRankShift;
+    static_assert(kHashDates == 1U << (64 - kDateShift));
+    static_assert(kRankMask + 1 == 1U << (kDateShift - kRankShift));
+    constexpr std::uint64_t kInverted = std::uint64_t{kRankMask ^ kFlippedBit << 2} << kRankShift |
+                                        std::uint64_t{kHashDates - 1} << kDateShift;
+    return ((data ^ kInverted) + next_date) >> kRankShift;
 }
 
 }  // namespace

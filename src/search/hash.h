@@ -21,6 +21,7 @@ struct HashTable {
     // what stands before it, and need not wait for the line that others write.
     alignas(kCacheLine) std::uint32_t used;
 };
+static_assert(sizeof(HashTable) == 2 * kCacheLine);
 
 // The one table. Allocated, freed and cleared by the command thread while no search runs.
 extern HashTable hash_table;

@@ -2,6 +2,8 @@
 // a quiet move succeeded. Every thread has its own tables.
 #pragma once
 
+#include <cstddef>
+
 #include "board/board.h"
 #include "board/move.h"
 

@@ -110,9 +110,8 @@ void serve_sorted(Picker& picker, const MoveList& list, Rule rule) {
     }
 }
 
-// Captures and promotions. Each is written where it is to stand, with the part of its score that is
-// known there, and then gets the rest and its place: 12 instructions a node less than by way of a
-// list.
+// Captures and promotions. They are written straight into the picker, scored by the mover alone;
+// the victim is added when they are sorted in. 12 instructions a node less than by way of a list.
 [[gnu::noinline]] void enter_captures(Picker& picker) {
     const Board& board = *picker.board;
     std::int32_t* const first = &picker.scored[1];
@@ -175,18 +174,18 @@ void serve(Picker& picker, Move move) { picker.scored[picker.end++] = move; }
 }
 
 [[gnu::noinline]] void enter_evasions(Picker& picker, const SearchThread& self) {
-    const Board& board = *picker.board;
+    Board& board = *picker.board;
     MoveList list;
-    gen_evasions(list, *picker.board, *picker.attack);
+    gen_evasions(list, board, *picker.attack);
     serve_sorted(picker, list, [&](Move move) {
         return mixed_score(move, board, picker.hash_move, picker.killers, self);
     });
 }
 
 [[gnu::noinline]] void enter_q_evasions(Picker& picker) {
-    const Board& board = *picker.board;
+    Board& board = *picker.board;
     MoveList list;
-    gen_evasions_pseudo(list, *picker.board, *picker.attack);
+    gen_evasions_pseudo(list, board, *picker.attack);
     serve_sorted(picker, list, [&](Move move) {
         return move_is_tactical(move, board) ? capture_score(move, board) : kQuietScore;
     });
@@ -207,22 +206,29 @@ void enter_stage(Picker& picker, const SearchThread& self) {
     switch (*picker.stage) {
         case Stage::captures:
         case Stage::q_captures:
-            return enter_captures(picker);
+            enter_captures(picker);
+            break;
         case Stage::killers:
-            return enter_killers(picker);
+            enter_killers(picker);
+            break;
         case Stage::quiets:
-            return enter_quiets(picker, self);
+            enter_quiets(picker, self);
+            break;
         case Stage::deferred:
-            return enter_deferred(picker);
+            enter_deferred(picker);
+            break;
         case Stage::evasions:
-            return enter_evasions(picker, self);
+            enter_evasions(picker, self);
+            break;
         case Stage::q_evasions:
-            return enter_q_evasions(picker);
+            enter_q_evasions(picker);
+            break;
         case Stage::q_checks:
-            return enter_q_checks(picker);
+            enter_q_checks(picker);
+            break;
         case Stage::hash_move:  // served by picker_start
         case Stage::end:
-            return;
+            break;
     }
 }
 

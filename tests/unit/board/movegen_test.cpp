@@ -218,14 +218,6 @@ TEST(Movegen, EveryQuietMoveIsHandedOutWithTheTypeOfItsMan) {
     EXPECT_GT(seen_quiets, 1000);
 }
 
-TEST(Movegen, SixteenMenHaveNoMoreCapturesThanThereIsRoomFor) {
-    // Eight pawns with three ways to promote, but for the two at the edges; eight men around.
-    const Texts captures =
-        captures_in("nnnnnnnn/PPPPPPPP/1b1b1b2/Q1R1Q1N1/1b1b1b1b/B1R1B3/8/K6k w - - 0 1");
-    EXPECT_GT(captures.size(), 56U);
-    EXPECT_LE(captures.size(), static_cast<std::size_t>(kMostCaptures));
-}
-
 TEST(Movegen, LegalMovesAreTheMovesThatPassKeepingTheirOrder) {
     test::random_walks(15, 4, 60, [](const Board& seen) {
         if (board_is_check(seen)) {

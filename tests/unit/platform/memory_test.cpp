@@ -22,7 +22,6 @@ namespace {
 using ::testing::ExitedWithCode;
 using TextMatcher = ::testing::Matcher<const std::string&>;
 
-
 TEST(Memory, BlocksAreZeroAlignedToACacheLineAndWritable) {
     for (const std::size_t bytes :
          std::initializer_list<std::size_t>{1, 63, 4096, 4097, 1U << 20, (16U << 20) + 48}) {

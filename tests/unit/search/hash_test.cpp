@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <tuple>
 #include <vector>
@@ -270,12 +269,6 @@ TEST_F(Hash, DatesFollowEachOtherAndBeginAnew) {
         hash_new_search(table);
         EXPECT_EQ(table.date, search % 16);
     }
-}
-
-TEST(HashTableLayout, TheCountThatAllThreadsWriteHasALineOfItsOwn) {
-    EXPECT_EQ(offsetof(HashTable, used) % kCacheLine, 0u);
-    EXPECT_GE(offsetof(HashTable, used), kCacheLine);
-    EXPECT_EQ(sizeof(HashTable) % kCacheLine, 0u);
 }
 
 TEST_F(Hash, EntriesFromSixteenSearchesAgoLookCurrent) {

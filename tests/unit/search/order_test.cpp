@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "board/captures.h"
 #include "board/exchange.h"
 #include "gtest/gtest.h"
 #include "search/history.h"
@@ -254,6 +255,23 @@ TEST_F(Order, QuiescenceServesGoodCapturesChecksAndEvasions) {
         ASSERT_EQ(texts_of(serve_quiescence(board, true)), texts_of(with_checks)) << fen_of(board);
     });
     EXPECT_GT(quiet_checks, 100);
+}
+
+TEST_F(Order, TheMostCapturesAndQuietMovesHaveRoom) {
+    // Six pawns take to both sides, two to one, each to be any of four; pieces take bishops.
+    Board captures = board_of("nnnnnnnn/PPPPPPPP/1b1b1b2/Q1R1Q1N1/1b1b1b1b/B1R1B3/8/K6k w - - 0 1");
+    MoveList list;
+    gen_captures(list, captures);
+    EXPECT_GE(list.size, 14 * 4);
+    EXPECT_LE(list.size, kMostCaptures);
+    const Moves taken = serve_quiescence(captures, false);
+    EXPECT_EQ(texts_of(taken), texts_of(expected_quiescence(captures, false)));
+    EXPECT_GE(taken.size(), 14U);
+    // The most moves that a position reached from the start can have.
+    Board quiets = board_of("R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w - - 0 1");
+    const Moves served = serve_main(quiets, kMoveNone, {}).moves;
+    EXPECT_EQ(served.size(), legal_moves(quiets).size());
+    EXPECT_EQ(served.size(), 218U);
 }
 
 TEST_F(Order, TheStagesOfOnePosition) {
