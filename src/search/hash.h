@@ -1,6 +1,8 @@
 // The transposition table: one table of search results, shared by all threads without locks.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "board/types.h"
@@ -11,17 +13,17 @@ namespace zar {
 
 constexpr std::uint32_t kHashDates = 16;
 
-struct HashTable {
+struct alignas(kCacheLine) HashTable {
     HashEntry* entries;
     std::uint32_t
         entry_count;          // slots and three more, so that a cluster may start at the last slot
     std::uint32_t slot_mask;  // number of slots, a power of two, less 1
     std::uint32_t date;       // of the current search, 0..15
-    // Entries written under the current date; relaxed, threads may lose counts. Every thread reads
-    // what stands before it, and need not wait for the line that others write.
-    alignas(kCacheLine) std::uint32_t used;
+    // Every thread reads the fields above and need not wait for the line that others write.
+    std::array<std::byte, kCacheLine> apart;
+    std::uint32_t used;  // entries written under the current date; relaxed, threads may lose counts
 };
-static_assert(sizeof(HashTable) == 2 * kCacheLine);
+static_assert(offsetof(HashTable, used) >= kCacheLine);
 
 // The one table. Allocated, freed and cleared by the command thread while no search runs.
 extern HashTable hash_table;

@@ -17,7 +17,7 @@ void search_tables_clear(int thread);
 
 // Place of a move in the history tables: kind of man (piece12, 0..11) and target.
 [[nodiscard]] constexpr std::size_t history_index(int kind, Square64 to) noexcept {
-    return static_cast<std::size_t>(kind * 64 + to);
+    return static_cast<std::size_t>(kind * Square64{64} + to);
 }
 
 [[nodiscard]] inline std::size_t history_index(Move move, const Board& board) noexcept {
