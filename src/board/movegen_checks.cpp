@@ -88,8 +88,13 @@ void gen_discovered_checks(MoveList& list, const Board& board, Square from, Squa
     }
 }
 
-// Adds a piece's moves to these squares in the order in which it reaches them.
+// Adds a piece's moves to these squares, of which there is one, in the order in which it reaches
+// them. Seldom are there more.
 void add_in_order(MoveList& list, const Board& board, Square from, SquareSet targets) {
+    if (set_rest(targets) == 0) {
+        list_add(list, move_of_64(square64_of(from), set_first(targets)));
+        return;
+    }
     for_each_quiet_target(board, from, [&](Square to) {
         if (set_has(targets, square64_of(to))) {
             list_add(list, move_make(from, to));

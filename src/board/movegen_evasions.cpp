@@ -35,26 +35,27 @@ struct Generator {
     }
 };
 
-// Straight away from a checking slider the king stays on its line.
-bool flees_along_line(const Attack& attack, Square step) {
+// The squares straight away from checking sliders, where the king would still stand on their lines.
+SquareSet squares_on_lines(const Attack& attack, Square king) {
+    SquareSet set = 0;
     for (int i = 0; i < attack.count; ++i) {
-        if (attack.inc[static_cast<std::size_t>(i)] == -step) {
-            return true;
+        const Square away = king - attack.inc[static_cast<std::size_t>(i)];
+        if (square_is_on_board(away)) {
+            set |= set_of(square64_of(away));
         }
     }
-    return false;
+    return set;
 }
 
 template <Evasions kEvasions>
 void gen_king_moves(Generator<kEvasions>& gen) {
     const Square64 king = square64_of(gen.king);
     const SquareSet own = gen.board.men[static_cast<std::size_t>(gen.board.turn)];
+    const SquareSet excluded = own | squares_on_lines(gen.attack, gen.king);
     // Lowest square first is the order of the king's steps.
-    for (SquareSet targets = king_view(king) & ~own; targets != 0; targets = set_rest(targets)) {
+    for (SquareSet targets = king_view(king) & ~excluded; targets != 0;
+         targets = set_rest(targets)) {
         const Square to = square_of_64(set_first(targets));
-        if (flees_along_line(gen.attack, to - gen.king)) {
-            continue;
-        }
         if (kEvasions == Evasions::pseudo ||
             !is_attacked(gen.board, to, color_opposite(gen.board.turn))) {
             list_add(gen.list, move_of_64(king, set_first(targets)));
