@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "board/captures.h"
+#include "board/evasions.h"
 #include "board/exchange.h"
 #include "board/quiets.h"
 #include "search/history.h"
@@ -96,20 +97,6 @@ void sort_in(std::int32_t* place, std::int32_t scored) {
     *place = scored;
 }
 
-void serve_in_order(Picker& picker, Move move, int score) {
-    sort_in(&picker.scored[picker.end++], score * kMoveCodes + move);
-}
-
-// Takes the list over as the moves of the stage, sorted by rule(move), highest first; moves of
-// equal score keep their order.
-template <typename Rule>
-void serve_sorted(Picker& picker, const MoveList& list, Rule rule) {
-    const auto size = static_cast<std::size_t>(list.size);
-    for (std::size_t i = 0; i < size; ++i) {
-        serve_in_order(picker, list.move[i], rule(list.move[i]));
-    }
-}
-
 // Captures and promotions. They are written straight into the picker, scored by the mover alone;
 // the victim is added when they are sorted in. 12 instructions a node less than by way of a list.
 [[gnu::noinline]] void enter_captures(Picker& picker) {
@@ -173,20 +160,29 @@ void serve(Picker& picker, Move move) { picker.scored[picker.end++] = move; }
     }
 }
 
+// Takes the evasions straight into the picker and sorts them by rule(move), highest first.
+template <Evasions kEvasions, typename Rule>
+void serve_evasions(Picker& picker, Rule rule) {
+    std::int32_t* const first = &picker.scored[1];
+    std::int32_t* end = first;
+    static_assert(kMostEvasions <= kMaxMoves);
+    for_each_evasion<kEvasions>(*picker.board, *picker.attack, [&](Move move) { *end++ = move; });
+    for (std::int32_t* next = first; next != end; ++next) {
+        const auto move = static_cast<Move>(*next);
+        sort_in(next, rule(move) * kMoveCodes + move);
+    }
+    picker.end = 1 + static_cast<std::size_t>(end - first);
+}
+
 [[gnu::noinline]] void enter_evasions(Picker& picker, const SearchThread& self) {
-    Board& board = *picker.board;
-    MoveList list;
-    gen_evasions(list, board, *picker.attack);
-    serve_sorted(picker, list, [&](Move move) {
-        return mixed_score(move, board, picker.hash_move, picker.killers, self);
+    serve_evasions<Evasions::legal>(picker, [&](Move move) {
+        return mixed_score(move, *picker.board, picker.hash_move, picker.killers, self);
     });
 }
 
 [[gnu::noinline]] void enter_q_evasions(Picker& picker) {
-    Board& board = *picker.board;
-    MoveList list;
-    gen_evasions_pseudo(list, board, *picker.attack);
-    serve_sorted(picker, list, [&](Move move) {
+    serve_evasions<Evasions::pseudo>(picker, [&](Move move) {
+        const Board& board = *picker.board;
         return move_is_tactical(move, board) ? capture_score(move, board) : kQuietScore;
     });
 }
