@@ -114,9 +114,8 @@ Score finish(const Board& board, ScorePair total, const MaterialRecord& material
     return side_to_move_view(board, std::clamp(score, -kMaxEval, kMaxEval));
 }
 
-}  // namespace
-
-Score evaluate(const Board& board, Score alpha, Score beta, int thread) {
+// Evaluates afresh. `estimates` are filled only at the end.
+Score estimate(Estimates& estimates, const Board& board, Score alpha, Score beta, int thread) {
     const MaterialRecord material = material_probe(board, thread);
     PawnRecord pawns;
     evaluate_pawns(pawns, board, thread);
@@ -127,24 +126,48 @@ Score evaluate(const Board& board, Score alpha, Score beta, int thread) {
     ScorePair total = base_score(board, material, pawns) + evaluate_patterns(board);
 
     const bool lazy = may_exit_early(board);
+    Score first = 0;
     if (lazy) {
-        const Score estimate = side_to_move_view(board, blend(total, material.phase));
-        if (is_out_of_reach(estimate, eval_weights.lazy.first_margin, alpha, beta)) {
-            return estimate;
+        first = side_to_move_view(board, blend(total, material.phase));
+        if (is_out_of_reach(first, eval_weights.lazy.first_margin, alpha, beta)) {
+            return first;
         }
     }
     total += shelter_score(shelter_penalties(board, material));
     if (has_passers(pawns)) {
         total += passer_difference(passer_scores(board, pawns));
     }
+    Score second = 0;
     if (lazy) {
-        const Score estimate = side_to_move_view(board, blend(total, material.phase));
-        if (is_out_of_reach(estimate, eval_weights.lazy.second_margin, alpha, beta)) {
-            return estimate;
+        second = side_to_move_view(board, blend(total, material.phase));
+        if (is_out_of_reach(second, eval_weights.lazy.second_margin, alpha, beta)) {
+            return second;
         }
     }
     total += mobility_difference(mobility_scores(board, material, pawns));
-    return finish(board, total, material, scales);
+    const Score full = finish(board, total, material, scales);
+    estimates = {true, lazy ? first : full, lazy ? second : full, full};
+    return full;
+}
+
+}  // namespace
+
+Score evaluate(const Board& board, Score alpha, Score beta, int thread) {
+    Estimates unused;
+    return estimate(unused, board, alpha, beta, thread);
+}
+
+Score evaluate_once(Estimates& estimates, const Board& board, Score alpha, Score beta, int thread) {
+    if (!estimates.known) {
+        return estimate(estimates, board, alpha, beta, thread);
+    }
+    if (is_out_of_reach(estimates.first, eval_weights.lazy.first_margin, alpha, beta)) {
+        return estimates.first;
+    }
+    if (is_out_of_reach(estimates.second, eval_weights.lazy.second_margin, alpha, beta)) {
+        return estimates.second;
+    }
+    return estimates.full;
 }
 
 EvalTerms evaluate_terms(const Board& board, int thread) {

@@ -17,6 +17,20 @@ constexpr Score kMaxEval = 29744;
 // caches.
 [[nodiscard]] Score evaluate(const Board& board, Score alpha, Score beta, int thread);
 
+// What is known of a position once an evaluation of it has come to its end: enough to tell the
+// score for any window. Where an evaluation may not stop early the estimates are the score itself.
+struct Estimates {
+    bool known = false;  // else the others mean nothing
+    Score first;         // at the first and at the second exit
+    Score second;
+    Score full;
+};
+
+// The same, from estimates of this very position if they are known. If not, it evaluates, and fills
+// them when it comes to the end.
+[[nodiscard]] Score evaluate_once(Estimates& estimates, const Board& board, Score alpha, Score beta,
+                                  int thread);
+
 // Everything that an evaluation is made of, for tools and tests; arrays are indexed by colour.
 // Pairs not indexed by colour are White's view; those that are, the colour's own.
 struct EvalTerms {

@@ -98,5 +98,24 @@ TEST_F(DifferentialCaches, AnEvaluationIsTheSameWithAndWithoutThem) {
     });
 }
 
+TEST_F(DifferentialCaches, KnownEstimatesTellTheScoreForAnyWindow) {
+    int first_exits = 0;
+    int second_exits = 0;
+    test::visit_all([&](const Board& board) {
+        Estimates estimates;
+        const Score full = evaluate_once(estimates, board, -kMaxEval, kMaxEval, kCached);
+        ASSERT_EQ(full, evaluate(board, -kMaxEval, kMaxEval, kCached)) << fen_of(board);
+        for (Score alpha = full - 400; alpha <= full + 400; alpha += 25) {
+            const Score score = evaluate(board, alpha, alpha + 1, kCached);
+            const Score again = evaluate_once(estimates, board, alpha, alpha + 1, kCached);
+            ASSERT_EQ(again, score) << fen_of(board) << " alpha " << alpha;
+            first_exits += estimates.known && score == estimates.first && score != full ? 1 : 0;
+            second_exits += estimates.known && score == estimates.second && score != full ? 1 : 0;
+        }
+    });
+    EXPECT_GT(first_exits, 10000);
+    EXPECT_GT(second_exits, 10000);
+}
+
 }  // namespace
 }  // namespace zar

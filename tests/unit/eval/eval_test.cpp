@@ -80,6 +80,36 @@ TEST_F(Eval, LazyExitsTakeTheMoversView) {
     EXPECT_EQ(evaluate(board, -609, -608, 0), -735);
 }
 
+TEST_F(Eval, EstimatesAreKnownOnceAnEvaluationComesToItsEnd) {
+    const Board board = board_of(kQueenUp);
+    Estimates estimates;
+    EXPECT_EQ(evaluate_once(estimates, board, 550, 551, 0), 751);
+    EXPECT_FALSE(estimates.known);
+    EXPECT_EQ(evaluate_once(estimates, board, 644, 645, 0), 770);
+    EXPECT_FALSE(estimates.known);
+    EXPECT_EQ(evaluate_once(estimates, board, 645, 646, 0), 772);
+    EXPECT_TRUE(estimates.known);
+    EXPECT_EQ(estimates.first, 751);
+    EXPECT_EQ(estimates.second, 770);
+    EXPECT_EQ(estimates.full, 772);
+    // From then on the position is not looked at.
+    const Board other = board_of(kQueenUpBlackToMove);
+    EXPECT_EQ(evaluate_once(estimates, other, 550, 551, 0), 751);
+    EXPECT_EQ(evaluate_once(estimates, other, 644, 645, 0), 770);
+    EXPECT_EQ(evaluate_once(estimates, other, 645, 646, 0), 772);
+}
+
+TEST_F(Eval, WhereNothingIsLazyTheEstimatesAreTheScore) {
+    const Board board = board_of("r1b1k3/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1");
+    Estimates estimates;
+    const Score score = evaluate_once(estimates, board, 29000, 29001, 0);
+    EXPECT_EQ(score, full_score(board));
+    EXPECT_TRUE(estimates.known);
+    for (const Score alpha : {-29000, 0, score, 29000}) {
+        EXPECT_EQ(evaluate_once(estimates, board, alpha, alpha + 1, 0), score) << alpha;
+    }
+}
+
 TEST_F(Eval, LazyExitsFollowTheirOptions) {
     option_set("ZARXEvalADVMID", "300");
     option_set("ZARXEvalADVEND", "10");
