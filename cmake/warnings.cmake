@@ -5,6 +5,9 @@ if(MSVC)
 else()
     add_compile_options(
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wmissing-declarations)
+    if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        add_compile_options(-Wreserved-identifier)
+    endif()
 endif()
 
 set(CMAKE_COMPILE_WARNING_AS_ERROR ${ZAR_WERROR})

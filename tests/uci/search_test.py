@@ -76,13 +76,13 @@ class Repeatability(unittest.TestCase):
                     for _ in range(2):
                         engine.send("ucinewgame")
                         engine.set_position(fen)
-                        searches.append(without_times(engine.go("depth 7")))
+                        searches.append(without_times(engine.go("depth 6")))
                     self.assertEqual(searches[0], searches[1], fen)
 
     def test_other_searches_between_leave_no_trace(self):
         with Engine.ready() as engine:
             engine.set_position(KIWIPETE)
-            first = without_times(engine.go("depth 7"))
+            first = without_times(engine.go("depth 6"))
             engine.set_position(ROOK_ENDING)
             engine.go("depth 6")
             engine.set_option("Difficulty Level", 3)
@@ -92,7 +92,7 @@ class Repeatability(unittest.TestCase):
             engine.set_option("Null Move Pruning", "Yes")
             engine.send("ucinewgame")
             engine.set_position(KIWIPETE)
-            self.assertEqual(first, without_times(engine.go("depth 7")), KIWIPETE)
+            self.assertEqual(first, without_times(engine.go("depth 6")), KIWIPETE)
 
     def test_the_way_to_a_position_does_not_matter_without_repetition(self):
         searches = []
@@ -107,7 +107,7 @@ class Repeatability(unittest.TestCase):
         def nodes(**options):
             with Engine.ready(**options) as engine:
                 engine.set_position(KIWIPETE)
-                return pv_lines(engine.go("depth 7"))[-1].nodes
+                return pv_lines(engine.go("depth 6"))[-1].nodes
 
         usual = nodes()
         for name in (

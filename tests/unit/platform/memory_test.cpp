@@ -11,6 +11,10 @@
 #include "gtest/gtest.h"
 
 // An allocator under test must be able to fail, which the sanitizers do not allow by themselves.
+// The names are theirs.
+#ifdef __clang__
+#pragma clang diagnostic ignored "-Wreserved-identifier"
+#endif
 extern "C" const char* __asan_default_options();
 extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
 extern "C" const char* __tsan_default_options();
