@@ -53,7 +53,7 @@ void gen_evasions(MoveList& list, Board& board, const Attack& attack);
 // The same without the tests that need other men: attacked king squares and pins.
 void gen_evasions_pseudo(MoveList& list, Board& board, const Attack& attack);
 
-// True as soon as one legal evasion is found.
+// Would gen_evasions list a move?
 [[nodiscard]] bool has_evasion(Board& board, const Attack& attack);
 
 // Quiet moves that give check: discovered checks by the candidates' sliders, direct checks by
