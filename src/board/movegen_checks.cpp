@@ -88,8 +88,8 @@ void gen_discovered_checks(MoveList& list, const Board& board, Square from, Squa
     }
 }
 
-// Adds a piece's moves to these squares, of which there is one, in the order in which it reaches
-// them. Seldom are there more.
+// Adds a piece's moves to these squares, one at least and seldom more, in the order in which it
+// reaches them.
 void add_in_order(MoveList& list, const Board& board, Square from, SquareSet targets) {
     if (set_rest(targets) == 0) {
         list_add(list, move_of_64(square64_of(from), set_first(targets)));

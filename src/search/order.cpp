@@ -160,7 +160,8 @@ void serve(Picker& picker, Move move) { picker.scored[picker.end++] = move; }
     }
 }
 
-// Takes the evasions straight into the picker and sorts them by rule(move), highest first.
+// Takes the evasions straight into the picker and sorts them by rule(move), highest first; moves of
+// equal score keep their order.
 template <Evasions kEvasions, typename Rule>
 void serve_evasions(Picker& picker, Rule rule) {
     std::int32_t* const first = &picker.scored[1];
