@@ -1,7 +1,5 @@
 # The same source and compiler give the same bytes in whatever folder: no path, no date.
-if(NOT MSVC)
-    add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}=." -Werror=date-time)
-endif()
+add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}=." -Werror=date-time)
 if(MINGW)
     add_link_options(-Wl,--no-insert-timestamp)
 endif()

@@ -12,6 +12,7 @@
 #include "board/geometry.h"
 #include "board/piece.h"
 #include "board/types.h"
+#include "platform/compiler.h"
 
 namespace zar {
 
@@ -182,7 +183,7 @@ constexpr auto falling_diagonal = make_diagonals(15);
 // products bring the bits of a diagonal or file together in the highest byte.
 [[nodiscard]] constexpr std::size_t cells_of_rank(SquareSet men, Square64 square) noexcept {
     const std::size_t rank = rank_of(square);
-    const auto ranks = std::bit_cast<std::array<std::uint8_t, 8>>(men);
+    const auto ranks = bit_cast<std::array<std::uint8_t, 8>>(men);
     return ranks[std::endian::native == std::endian::little ? rank : 7 - rank];
 }
 
@@ -223,7 +224,8 @@ constexpr auto file_set = make_file_sets();
 // that it stands on. This product maps all sets of so many of them to the same few numbers.
 [[nodiscard]] constexpr std::size_t knight_index(SquareSet reached, Square64 from) noexcept {
     constexpr SquareSet kGather = 0x8082100200101088;
-    return std::rotr(reached, static_cast<int>(from)) * kGather >> 59;
+    const SquareSet turned = reached >> from | reached << (-from & 63);
+    return turned * kGather >> 59;
 }
 
 // How many squares a set of a knight's squares has, by that number. Two sets of unlike size with

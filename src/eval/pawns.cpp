@@ -7,6 +7,7 @@
 #include "eval/cache.h"
 #include "eval/rank_mask.h"
 #include "eval/weights.h"
+#include "platform/compiler.h"
 
 namespace zar {
 
@@ -165,8 +166,7 @@ void evaluate_pawns(PawnRecord& record, const Board& board, int thread) {
 }
 
 void pawns_prefetch(const Board& board, int thread) {
-    __builtin_prefetch(cache_entry(pawn_cache, board.pawn_key, thread));
-    asm volatile("");  // or GCC 12 drops the call, see search/hash.h
+    prefetch(cache_entry(pawn_cache, board.pawn_key, thread));
 }
 
 Square most_advanced_pawn(const Board& board, Color color, int column) {

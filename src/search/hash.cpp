@@ -1,9 +1,9 @@
 #include "search/hash.h"
 
 #include <algorithm>
-#include <atomic>
 #include <bit>
 
+#include "platform/compiler.h"
 #include "platform/memory.h"
 #include "search/types.h"
 
@@ -33,13 +33,10 @@ void forget_dates(HashTable& table) {
 }
 
 // No locked instruction: a lost count is only a slightly smaller figure.
-void count_used(HashTable& table) {
-    std::atomic_ref used(table.used);
-    used.store(used.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-}
+void count_used(HashTable& table) { relaxed_store(table.used, relaxed_load(table.used) + 1); }
 
 void update(HashTable& table, HashEntry& entry, std::uint64_t fresh) {
-    const std::uint64_t old = word_load(entry.data);
+    const std::uint64_t old = relaxed_load(entry.data);
     if (data_date(old) != table.date) {
         count_used(table);
     }
@@ -49,7 +46,7 @@ void update(HashTable& table, HashEntry& entry, std::uint64_t fresh) {
     } else if (data_move(fresh) == kMoveNone) {
         fresh |= data_move(old);
     }
-    word_store(entry.data, fresh);
+    relaxed_store(entry.data, fresh);
 }
 
 // The higher, the more readily the entry is given up: first by how many searches ago its date was,
@@ -106,20 +103,21 @@ void hash_store(HashTable& table, std::uint64_t key, Move move, int depth, int b
     const std::uint64_t next_date = std::uint64_t{table.date + 1} << kDateShift;
     std::uint64_t best = 0;
     any_of_cluster(cluster, [&](HashEntry& entry, std::uint64_t place) {
-        best = std::max(best, replace_score(word_load(entry.data), next_date) * kHashClusterSize +
-                                  kHashClusterSize - 1 - place);
+        best =
+            std::max(best, replace_score(relaxed_load(entry.data), next_date) * kHashClusterSize +
+                               kHashClusterSize - 1 - place);
         return false;
     });
     HashEntry& victim = cluster[kHashClusterSize - 1 - (best & (kHashClusterSize - 1))];
-    if (data_date(word_load(victim.data)) != table.date) {
+    if (data_date(relaxed_load(victim.data)) != table.date) {
         count_used(table);
     }
-    word_store(victim.key, key);
-    word_store(victim.data, fresh);
+    relaxed_store(victim.key, key);
+    relaxed_store(victim.data, fresh);
 }
 
 double hash_full(HashTable& table) {
-    const std::uint32_t used = std::atomic_ref(table.used).load(std::memory_order_relaxed);
+    const std::uint32_t used = relaxed_load(table.used);
     return table.entry_count == 0 ? 0.0 : static_cast<double>(used) / table.entry_count * 1000;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "board/types.h"
+#include "platform/compiler.h"
 #include "platform/memory.h"
 #include "search/hash_entry.h"
 
@@ -64,7 +65,7 @@ void hash_new_search(HashTable& table);
     if (entry == nullptr) {
         return false;
     }
-    const std::uint64_t data = word_load(entry->data);
+    const std::uint64_t data = relaxed_load(entry->data);
     hit = {data_move(data), data_depth(data), data_bound(data), data_value(data)};
     return true;
 }
@@ -73,10 +74,8 @@ void hash_new_search(HashTable& table);
 // so lie in two cache lines.
 inline void hash_prefetch(const HashTable& table, std::uint64_t key) noexcept {
     const HashEntry* const cluster = hash_cluster(table, key);
-    __builtin_prefetch(cluster);
-    __builtin_prefetch(cluster + kHashClusterSize - 1);
-    // To GCC 12 a function that only fetches has no effect: it drops calls that it does not inline.
-    asm volatile("");
+    prefetch(cluster);
+    prefetch(cluster + kHashClusterSize - 1);
 }
 
 // Stores a result: draft in plies (its low 8 bits are kept), bound 1..3, value by value_to_hash

@@ -14,11 +14,11 @@
 // memory are an empty table.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <utility>
 
 #include "board/types.h"
+#include "platform/compiler.h"
 
 namespace zar {
 
@@ -30,15 +30,6 @@ static_assert(sizeof(HashEntry) == 16);
 
 // A cluster is this many entries in a row; it may begin at any.
 constexpr int kHashClusterSize = 4;
-
-[[nodiscard]] inline std::uint64_t word_load(const std::uint64_t& word) noexcept {
-    // atomic_ref takes no const object before C++26; loading does not write.
-    return std::atomic_ref(const_cast<std::uint64_t&>(word)).load(std::memory_order_relaxed);
-}
-
-inline void word_store(std::uint64_t& word, std::uint64_t value) noexcept {
-    std::atomic_ref(word).store(value, std::memory_order_relaxed);
-}
 
 // The draft with its high bit flipped and the bound behind it: the rank of a result among others.
 constexpr std::uint32_t kRankMask = 0x3FF;
@@ -94,8 +85,8 @@ template <int kPlace = 0>
     if constexpr (kPlace == kHashClusterSize) {
         return nullptr;
     } else {
-        return word_load(cluster[kPlace].key) == key ? cluster + kPlace
-                                                     : cluster_find<kPlace + 1>(cluster, key);
+        return relaxed_load(cluster[kPlace].key) == key ? cluster + kPlace
+                                                        : cluster_find<kPlace + 1>(cluster, key);
     }
 }
 
