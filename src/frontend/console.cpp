@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/clock.h"
 #include "platform/fatal.h"
 #include "platform/input.h"
 
@@ -20,9 +21,10 @@ struct Pending {
     std::size_t size;
     std::size_t searched;  // this many bytes at the front are known to hold no newline
     InputState state;      // bytes or nothing as long as more may come
+    double idle_time;
 };
 
-constinit Pending pending{{}, 0, 0, InputState::nothing};
+constinit Pending pending{{}, 0, 0, InputState::nothing, 0};
 
 constexpr std::size_t kLongestLine = kInputLineSize - 1;
 
@@ -60,7 +62,10 @@ void drop(std::size_t count) {
 
 }  // namespace
 
-void console_init() { std::setvbuf(stdout, nullptr, _IONBF, 0); }
+void console_init() {
+    std::setvbuf(stdout, nullptr, _IONBF, 0);
+    pending.idle_time = clock_wall_seconds();
+}
 
 void send_line(const char* format, ...) {
     char line[kOutputLineSize + 1];
@@ -79,6 +84,7 @@ bool read_line(char* buffer, int size) {
     const std::size_t longest = std::min(static_cast<std::size_t>(size) - 1, kLongestLine);
     while (!is_complete(longest)) {
         collect(true);
+        pending.idle_time = clock_wall_seconds();
     }
     const std::size_t end = line_end();
     if (end == 0 && pending.state == InputState::error) {
@@ -99,10 +105,13 @@ bool read_line(char* buffer, int size) {
 bool input_available() {
     while (!is_complete(kLongestLine)) {
         if (!collect(false)) {
+            pending.idle_time = clock_wall_seconds();
             return input_is_over();
         }
     }
     return true;
 }
+
+double input_idle_time() { return pending.idle_time; }
 
 }  // namespace zar

@@ -25,4 +25,8 @@ void send_text(const char* text);
 // whole line or a full buffer is there, or the input has ended or failed.
 [[nodiscard]] bool input_available();
 
+// When the input was last seen without a whole line waiting, in seconds of the wall clock: what has
+// been read since may have come as early as that. console_init counts as such a moment.
+[[nodiscard]] double input_idle_time();
+
 }  // namespace zar

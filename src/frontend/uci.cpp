@@ -12,7 +12,6 @@
 #include "frontend/option.h"
 #include "frontend/report.h"
 #include "frontend/startup.h"
-#include "platform/memory.h"
 #include "platform/text.h"
 #include "search/budget.h"
 #include "search/hash.h"
@@ -216,8 +215,6 @@ void command_uci() {
 void command_ucinewgame() {
     if (!is_busy() && uci_state.engine_initialised) {
         hash_clear(hash_table);
-        // No clock runs yet. The first moves would pay for the pages with theirs.
-        memory_prepare(hash_table.entries, hash_table.entry_count * sizeof(HashEntry));
     }
 }
 
@@ -255,13 +252,13 @@ bool poll_input() {
     return true;
 }
 
-void uci_execute(std::string_view line) {
+void uci_execute(std::string_view line, double received) {
     constexpr std::string_view go_prefix = "go ";
     if (line.starts_with("debug ")) {
         return;
     }
     if (line.starts_with(go_prefix)) {
-        uci_go(line.substr(go_prefix.size()));
+        uci_go(line.substr(go_prefix.size()), received);
     } else if (line == "isready") {
         command_isready();
     } else if (line == "ponderhit") {
@@ -286,7 +283,7 @@ void uci_command() {
     if (!read_line(line, kInputLineSize)) {
         engine_exit();
     }
-    uci_execute(line);
+    uci_execute(line, input_idle_time());
 }
 
 void uci_loop() {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "board/board.h"
+#include "platform/clock.h"
 
 namespace zar {
 
@@ -29,8 +30,10 @@ extern UciState uci_state;
 // Reads and executes one line. The end of input ends the process with status 0.
 void uci_command();
 
-// Executes one line, without its newline. Unknown commands are ignored.
-void uci_execute(std::string_view line);
+// Executes one line, without its newline. Unknown commands are ignored. `received` is the earliest
+// time at which the line can have been sent, in seconds of the wall clock: a search counts its time
+// from there, so that what kept the engine from reading "go" is not added to it.
+void uci_execute(std::string_view line, double received = clock_wall_seconds());
 
 // Executes all waiting lines; true when the main search thread's `stop` is set.
 bool poll_input();
@@ -41,7 +44,8 @@ void engine_init();
 // Ends the process with status 0, even in the middle of a search.
 [[noreturn]] void engine_exit();
 
-// "go" with what follows it on the line, in uci_go.cpp. Returns when the search has ended.
-void uci_go(std::string_view arguments);
+// "go" with what follows it on the line, in uci_go.cpp; `received` as above. Returns when the
+// search has ended.
+void uci_go(std::string_view arguments, double received = clock_wall_seconds());
 
 }  // namespace zar

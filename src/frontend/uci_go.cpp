@@ -178,7 +178,7 @@ void set_time_limits(SearchLimits& limits, const GoParameters& go, Color turn) {
 
 }  // namespace
 
-void uci_go(std::string_view arguments) {
+void uci_go(std::string_view arguments, double received) {
     if (uci_state.searching || uci_state.bestmove_pending) {
         return;
     }
@@ -188,6 +188,7 @@ void uci_go(std::string_view arguments) {
     const GoParameters go = read_parameters(arguments);
     search_reset();
     SearchLimits& limits = search_shared.limits;
+    limits.start_time = received;
     set_depth_limit(limits, go);
     set_time_limits(limits, go, uci_state.board.turn);
     limits.limit_infinite = uci_state.go_infinite || uci_state.go_ponder;

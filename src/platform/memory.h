@@ -7,17 +7,15 @@ namespace zar {
 
 constexpr std::size_t kCacheLine = 64;  // bytes
 
-// Zeroed memory in pages of its own, huge ones where the system has them: fresh pages are zero and
-// need no writing, however large the block is. It begins at a cache line. To be released with
-// memory_free and the same number of bytes. Failure ends the engine with "X-Error 7EU1MA1".
+// Zeroed memory in pages of its own, huge ones where the system has them, beginning at a cache
+// line. All pages are there when this returns, so that no search waits for the system to find and
+// clear them. To be released with memory_free and the same number of bytes. Failure ends the engine
+// with "X-Error 7EU1MA1".
 [[nodiscard]] void* checked_malloc(std::size_t bytes);
 
-// Makes a block zero again, without writing where the system takes pages back.
+// Makes a block of checked_malloc zero again, with all pages there as before. Null is allowed for
+// no bytes.
 void memory_clear(void* block, std::size_t bytes);
-
-// Has the system find and clear the pages of a block of checked_malloc now, where it can, rather
-// than each when it is first used. What they hold already stays.
-void memory_prepare(void* block, std::size_t bytes);
 
 // Null is allowed.
 void memory_free(void* block, std::size_t bytes);

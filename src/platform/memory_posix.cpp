@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/memory_touch.h"
+
 namespace zar {
 
 namespace {
@@ -34,6 +36,16 @@ void unmap(char* start, std::size_t bytes) {
     }
 }
 
+// Has the system find and clear all pages of a fresh block now.
+void make_resident(char* start, std::size_t bytes) {
+#ifdef MADV_POPULATE_WRITE
+    if (madvise(start, bytes, MADV_POPULATE_WRITE) == 0) {
+        return;
+    }
+#endif
+    memory_touch(start, bytes);
+}
+
 }  // namespace
 
 void* checked_malloc(std::size_t bytes) {
@@ -51,24 +63,19 @@ void* checked_malloc(std::size_t bytes) {
 #ifdef MADV_HUGEPAGE
     madvise(start, bytes, MADV_HUGEPAGE);
 #endif
+    make_resident(start, bytes);
     return start;
 }
 
 void memory_clear(void* block, std::size_t bytes) {
 #ifdef __linux__
-    // Linux gives private pages back as zeroes; other systems may keep their contents.
+    // Linux gives private pages back as zeroes, sooner than they are written here.
     if (madvise(block, bytes, MADV_DONTNEED) == 0) {
+        make_resident(static_cast<char*>(block), bytes);
         return;
     }
 #endif
     std::memset(block, 0, bytes);
-}
-
-void memory_prepare([[maybe_unused]] void* block, [[maybe_unused]] std::size_t bytes) {
-#ifdef MADV_POPULATE_WRITE
-    // A system that does not know this, or has no memory left now, gives the pages later.
-    madvise(block, bytes, MADV_POPULATE_WRITE);
-#endif
 }
 
 void memory_free(void* block, std::size_t bytes) {

@@ -4,6 +4,10 @@
 
 #include <windows.h>
 
+#include <cstring>
+
+#include "platform/memory_touch.h"
+
 namespace zar {
 
 void* checked_malloc(std::size_t bytes) {
@@ -11,19 +15,15 @@ void* checked_malloc(std::size_t bytes) {
     if (block == nullptr) {
         out_of_memory();
     }
+    memory_touch(static_cast<char*>(block), bytes);
     return block;
 }
 
 void memory_clear(void* block, std::size_t bytes) {
-    // Pages that have been given back come again as zeroes, at the same addresses.
-    if (!VirtualFree(block, bytes, MEM_DECOMMIT) ||
-        VirtualAlloc(block, bytes, MEM_COMMIT, PAGE_READWRITE) == nullptr) {
-        out_of_memory();
+    if (bytes > 0) {
+        std::memset(block, 0, bytes);
     }
 }
-
-// Left to the first use of each page.
-void memory_prepare(void*, std::size_t) {}
 
 void memory_free(void* block, std::size_t) {
     if (block != nullptr) {

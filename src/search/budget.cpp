@@ -3,6 +3,7 @@
 #include <csetjmp>
 
 #include "frontend/option.h"
+#include "platform/clock.h"
 #include "search/parameters.h"
 
 namespace zar {
@@ -41,6 +42,7 @@ void apply_limits(const SearchThread& self) {
 
 void search_reset() {
     search_shared.limits = SearchLimits{};
+    search_shared.limits.start_time = clock_wall_seconds();
     search_shared.stability = RootStability{};
     for (SearchThread& thread : search_threads) {
         thread.nodes = 0;

@@ -274,7 +274,7 @@ void prepare_thread(int thread) {
     self.root = search_shared.root_moves;
     board_copy(self.board, *search_shared.root_board);
     stopwatch_reset(self.stopwatch);
-    stopwatch_start(self.stopwatch);
+    stopwatch_start(self.stopwatch, search_shared.limits.start_time);
     search_tables_clear(thread);
     self.reduce_one = search_parameters.reduce_one;
     HashHit hit{};

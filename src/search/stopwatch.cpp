@@ -8,9 +8,9 @@ namespace zar {
 
 void stopwatch_reset(Stopwatch& watch) { watch = Stopwatch{}; }
 
-void stopwatch_start(Stopwatch& watch) {
+void stopwatch_start(Stopwatch& watch, double begin) {
     watch.running = true;
-    watch.start_wall = clock_wall_seconds();
+    watch.start_wall = begin;
     watch.start_cpu = clock_cpu_seconds();
 }
 

@@ -14,7 +14,9 @@ struct Stopwatch {
 
 // All times 0, not running.
 void stopwatch_reset(Stopwatch& watch);
-void stopwatch_start(Stopwatch& watch);
+// `begin` is on the wall clock, not in the future: now, or earlier for a watch that should have run
+// already.
+void stopwatch_start(Stopwatch& watch, double begin);
 // Adds the time since the start to the accumulated time.
 void stopwatch_stop(Stopwatch& watch);
 

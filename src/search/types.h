@@ -72,6 +72,7 @@ struct SearchLimits {
     bool limit_time_set;   // the two times apply
     double time_target;    // seconds, normal thinking time for this move
     double time_limit;     // seconds, hard maximum
+    double start_time;     // seconds of the wall clock; search_reset sets it to now
 };
 
 // Result of one line at the root.

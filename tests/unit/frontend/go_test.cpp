@@ -227,6 +227,15 @@ TEST_F(Go, AFinishedSearchAnswersAtOnce) {
     EXPECT_EQ(search_thread(0).result[0].depth, 3);
 }
 
+// Whatever kept the engine from reading the line is a part of the move's time.
+TEST_F(Go, TimeCountsFromWhenTheLineCanHaveCome) {
+    search_shared.hooks.poll_input = [] { return false; };
+    const Lines lines = test::lines_of([] { uci_go("movetime 1000", clock_wall_seconds() - 5); });
+    EXPECT_EQ(search_thread(0).result[0].depth, 1);
+    EXPECT_GE(search_thread(0).statistics.elapsed, 5);
+    EXPECT_TRUE(lines.back().starts_with("bestmove ")) << lines.back();
+}
+
 TEST_F(Go, AnInfiniteSearchThatEndsHoldsItsAnswerBack) {
     search_shared.hooks.poll_input = [] { return false; };
     option_set("Difficulty Level", "0");

@@ -27,19 +27,19 @@ TEST(StopwatchTest, ResetIsAllZeroAndNotRunning) {
     EXPECT_EQ(stopwatch_load(watch), 0);
 }
 
-TEST(StopwatchTest, StartTakesTheTimeOfNow) {
+TEST(StopwatchTest, RunsFromTheGivenTimeOn) {
     Stopwatch watch{};
-    const double before = clock_wall_seconds();
-    stopwatch_start(watch);
+    const double before = clock_wall_seconds() - 100;
+    stopwatch_start(watch, before);
     EXPECT_TRUE(watch.running);
-    EXPECT_GE(watch.start_wall, before);
-    EXPECT_LE(watch.start_wall, clock_wall_seconds());
+    EXPECT_EQ(watch.start_wall, before);
+    EXPECT_GE(stopwatch_elapsed(watch), 100);
     EXPECT_LE(watch.start_cpu, clock_cpu_seconds());
 }
 
 TEST(StopwatchTest, TimePassesOnlyWhileRunning) {
     Stopwatch watch{};
-    stopwatch_start(watch);
+    stopwatch_start(watch, clock_wall_seconds());
     spend_some_time();
     const double running = stopwatch_elapsed(watch);
     EXPECT_GT(running, 0);
@@ -59,7 +59,7 @@ TEST(StopwatchTest, TimesOfSeveralRunsAddUp) {
     Stopwatch watch{};
     watch.accumulated_wall = 100;
     watch.accumulated_cpu = 50;
-    stopwatch_start(watch);
+    stopwatch_start(watch, clock_wall_seconds());
     spend_some_time();
     EXPECT_GT(stopwatch_elapsed(watch), 100);
     EXPECT_GT(stopwatch_cpu(watch), 50);
