@@ -9,6 +9,7 @@
 #include "frontend/option.h"
 #include "frontend/uci.h"
 #include "search/budget.h"
+#include "search/driver.h"
 #include "search/hash.h"
 
 namespace zar {
@@ -120,8 +121,8 @@ struct Answer {
 int choose_thread() {
     int chosen = 0;
     for (int thread = 1; thread < search_shared.thread_count; ++thread) {
-        const RootResult& candidate = search_thread(thread).result[0];
-        const RootResult& best = search_thread(chosen).result[0];
+        const RootResult& candidate = search_result(thread);
+        const RootResult& best = search_result(chosen);
         if (candidate.depth > best.depth ||
             (candidate.depth == best.depth && candidate.score > best.score)) {
             chosen = thread;
@@ -136,7 +137,7 @@ Answer make_answer() {
         nodes += search_thread(thread).nodes;
     }
     const int thread = choose_thread();
-    const RootResult& result = search_thread(thread).result[0];
+    const RootResult& result = search_result(thread);
     const bool has_ponder =
         result.pv[0] == result.best_move && move_is_ok(result.pv[0]) && move_is_ok(result.pv[1]);
     return {thread,

@@ -1,6 +1,8 @@
 #include "search/budget.h"
 
+#include <algorithm>
 #include <csetjmp>
+#include <limits>
 
 #include "frontend/option.h"
 #include "platform/clock.h"
@@ -14,8 +16,9 @@ constexpr Score kScoreDrop = 49;
 constexpr Score kEasyMargin = 149;
 constexpr double kEasyShare = 0.6;    // of the target, for a move that stood out from the start
 constexpr double kStableShare = 0.4;  // ... for a search that has not changed its mind
-constexpr double kHashfullInterval = 1.0;  // seconds
-constexpr double kSpeedAfter = 1.0;        // seconds before a speed is worth telling
+constexpr double kHashfullInterval = 1.0;     // seconds
+constexpr double kFirstIterationGrace = 0.2;  // seconds
+constexpr double kSpeedAfter = 1.0;           // seconds before a speed is worth telling
 
 [[noreturn]] void abandon(SearchThread& self) { std::longjmp(self.return_point, 1); }
 
@@ -38,6 +41,20 @@ void apply_limits(const SearchThread& self) {
     }
 }
 
+// The first iteration may run on for a moment when the hard limit has passed or "stop" has come, so
+// that nearly every search has seen all moves. With many queens on the board it could take minutes.
+bool first_iteration_is_over(SearchThread& self, bool stopped) {
+    const SearchLimits& limits = search_shared.limits;
+    const double elapsed = self.statistics.elapsed;
+    const bool out_of_time =
+        limits.limit_time_set && !limits.limit_infinite && elapsed >= limits.time_limit;
+    if (!stopped && !out_of_time) {
+        return false;
+    }
+    self.overdue_time = std::min(self.overdue_time, elapsed);
+    return elapsed >= self.overdue_time + kFirstIterationGrace;
+}
+
 }  // namespace
 
 void search_reset() {
@@ -49,6 +66,7 @@ void search_reset() {
         thread.selective_depth = 0;
         thread.poll_countdown = 0;  // the first node looks at the input
         thread.hashfull_time = 0;
+        thread.overdue_time = std::numeric_limits<double>::infinity();
         thread.abort_allowed = false;
         thread.statistics = ThreadStatistics{};
         thread.reduce_one = option_get_bounded("ZARXReduceOne");
@@ -79,7 +97,7 @@ void poll(int thread) {
     }
     const bool stopped = search_shared.hooks.poll_input();
     apply_limits(self);
-    if (!self.abort_allowed) {
+    if (!self.abort_allowed && !first_iteration_is_over(self, stopped)) {
         return;
     }
     if (stopped || (search_shared.stability.stop_search && !search_shared.limits.limit_infinite)) {

@@ -310,6 +310,21 @@ bool play_from_book(Board& board) {
     return true;
 }
 
+// A search that was abandoned before any thread had searched a move to the end plays the first move
+// in the order of the root.
+void ensure_result() {
+    for (int thread = 0; thread < search_shared.thread_count; ++thread) {
+        if (search_thread(thread).result[0].best_move != kMoveNone) {
+            return;
+        }
+    }
+    SearchThread& self = search_thread(0);
+    RootResult& result = self.result[0];
+    result = {
+        .best_move = self.root.move[0], .score = 0, .bound = kBoundNone, .depth = 1, .pv = {}};
+    result.pv[0] = result.best_move;
+}
+
 }  // namespace
 
 void thread_search(int thread) {
@@ -324,6 +339,17 @@ void thread_search(int thread) {
     }
     statistics_update(thread);
     stopwatch_stop(search_thread(thread).stopwatch);
+}
+
+const RootResult& search_result(int thread) {
+    const auto& results = search_thread(thread).result;
+    const RootResult* first = &results[0];
+    for (const RootResult& line : results) {
+        if (line.depth == results[0].depth && line.score > first->score) {
+            first = &line;
+        }
+    }
+    return *first;
 }
 
 void search_run(Board& board) {
@@ -347,6 +373,7 @@ void search_run(Board& board) {
     threads_start_search();
     thread_search(0);
     threads_stop_search();
+    ensure_result();
 }
 
 }  // namespace zar

@@ -112,11 +112,12 @@ struct alignas(kCacheLine) SearchThread {
     int pv_index;           // which of the MultiPV lines is being searched
     int root_index;         // place of the root move being searched among all, from 0 ...
     Move root_move;         // ... and the move itself
-    bool abort_allowed;     // there is a result to fall back to
+    bool abort_allowed;     // the first iteration is complete
     int reduce_one;         // how many plies more try quiet checks in quiescence, from the options
     int check_plies_limit;  // quiet checks are tried in quiescence plies not below this
     int poll_countdown;
     double hashfull_time;  // elapsed seconds when the hash fill was last printed by the poll
+    double overdue_time;   // ... when the first iteration was first seen to be due to end
     Stopwatch stopwatch;
     ThreadStatistics statistics;
     // Where an abandoned search returns to.

@@ -84,15 +84,22 @@ def _random_options(rng, book):
 
 def _positions():
     """The positions of the test data, one FEN each."""
-    fens = (_DATA / "evaluation.fen").read_text().splitlines()
+    fens = _fens("evaluation.fen")
     for name in ("perft.epd", "rules.epd"):
-        fens += [line.split(" ;")[0] for line in (_DATA / name).read_text().splitlines()]
-    return [fen for fen in fens if fen and not fen.startswith("#")]
+        fens += [line.split(" ;")[0] for line in _fens(name)]
+    return fens
 
 
-def random_opening(rng, twin):
+def _fens(name):
+    return [line for line in (_DATA / name).read_text().splitlines() if line[:1] not in ("", "#")]
+
+
+def random_opening(rng, twin, crowded=False):
     """Sets up the twin: a FEN (None for the start position) and moves behind it."""
-    fen = rng.choice(_positions()) if rng.random() < 0.4 else None
+    if crowded:
+        fen = rng.choice(_fens("crowded.fen"))
+    else:
+        fen = rng.choice(_positions()) if rng.random() < 0.4 else None
     twin.set_position(fen)
     moves = []
     for _ in range(rng.randint(0, 12)):
@@ -109,7 +116,10 @@ def play_soak_game(players, twin, record, rng, book):
         if rng.random() < 0.8:
             player.set_options(_random_options(rng, book))
         player.new_game()
-    fen, moves = random_opening(rng, twin)
+    crowded = rng.random() < 0.03
+    for player in players:
+        player.crowded = crowded
+    fen, moves = random_opening(rng, twin, crowded)
     white_begins = fen is None or fen.split()[1] == "w"
     mover, other = players
     while twin.status() == "ongoing" and len(moves) < _LONGEST_GAME:

@@ -8,6 +8,7 @@ KINDS = {
     "clock": "the engine's own hard limit",
     "ponderhit": "the same, or the ponderhit when that came later",
     "stop": "the moment of the stop",
+    "crowded": "what it was of these, with the moment of grace for a first iteration",
 }
 
 

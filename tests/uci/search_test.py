@@ -1,9 +1,11 @@
 """Searches: mates are found, limits are kept, the same question gets the same answer."""
 
 import unittest
+from pathlib import Path
 
+import report
 from engine import START_FEN, Engine, Twin
-from report import best_move, last_depth, pv_lines, without_times
+from report import best_move, last_depth, ponder_move, pv_lines, without_times
 
 # Mates that a full search of every line has proved: position, moves to mate, every first move that
 # mates as fast.
@@ -65,6 +67,68 @@ class Mates(unittest.TestCase):
                 lines = engine.go("depth 8")
                 self.assertEqual(moves, pv_lines(lines)[-1].value, fen)
                 self.assertIn(best_move(lines), first.split(), fen)
+
+
+class TheAnswer(unittest.TestCase):
+    """With several lines the move played is that of the line shown first."""
+
+    def assert_first_line_is_played(self, fen, go, **options):
+        with Engine.ready(**options) as engine:
+            engine.set_position(fen)
+            lines = engine.go(go)
+        first = [pv for pv in pv_lines(lines) if pv.multipv == 1][-1]
+        self.assertEqual(first.moves[0], best_move(lines), fen)
+        final = report.FINAL_LINE.fullmatch(lines[-2])
+        self.assertEqual(first.moves[0], final.group(3), fen)
+        self.assertEqual(first.value, int(final.group(2)), fen)
+        self.assertEqual((*first.moves, None)[1], ponder_move(lines), fen)
+
+    def test_is_the_line_shown_first(self):
+        # Line 2 of the search, d4c6, is better than its line 1, b1c3.
+        opening = "r1bqkb1r/pp1ppppp/2n2n2/8/3NP3/8/PPP2PPP/RNBQKB1R w KQkq - 0 1"
+        self.assert_first_line_is_played(opening, "depth 8", MultiPV=3)
+        for fen in (START_FEN, KIWIPETE, ROOK_ENDING, opening):
+            for count in (2, 3, 4):
+                for depth in range(2, 6):
+                    with self.subTest(fen=fen, count=count, depth=depth):
+                        self.assert_first_line_is_played(fen, f"depth {depth}", MultiPV=count)
+
+    def test_is_that_of_a_search_cut_short_too(self):
+        for fen in (START_FEN, KIWIPETE, ROOK_ENDING):
+            for milliseconds in (20, 35, 50, 80):
+                with self.subTest(fen=fen, milliseconds=milliseconds):
+                    go = f"movetime {milliseconds}"
+                    self.assert_first_line_is_played(fen, go, MultiPV=4)
+
+
+class CrowdedPositions(unittest.TestCase):
+    """Searches whose first iteration would take seconds to hours are answered all the same."""
+
+    FENS = [
+        line
+        for line in (Path(__file__).parents[1] / "data" / "crowded.fen").read_text().splitlines()
+        if not line.startswith("#")
+    ]
+
+    def test_are_answered(self):
+        for threads, lines in ((1, 1), (1, 4), (4, 1), (4, 4)):
+            with Engine.ready(Threads=threads, MultiPV=lines) as engine, Twin() as twin:
+                # All of them with one thread and one line, the pawns in every way.
+                for fen in self.FENS[: 5 if threads == lines == 1 else 2]:
+                    twin.set_position(fen)
+                    engine.set_position(fen)
+                    for go, then in (
+                        ("movetime 100", None),
+                        ("wtime 1500 btime 1500", None),
+                        ("infinite", "stop"),
+                        ("ponder wtime 1000 btime 1000", "ponderhit"),
+                    ):
+                        with self.subTest(fen=fen, threads=threads, lines=lines, go=go):
+                            engine.send(f"go {go}")
+                            if then is not None:
+                                engine.send(then)
+                            answer = engine.read_until("bestmove")
+                            self.assertIn(best_move(answer), twin.moves(), fen)
 
 
 class Repeatability(unittest.TestCase):

@@ -69,7 +69,7 @@ class Budget : public test::SearchTest {
 };
 
 TEST_F(Budget, ResetClearsLimitsCountersAndFlags) {
-    limits = {true, true, 5, true, true, 1.0, 2.0};
+    limits = {true, true, 5, true, true, 1.0, 2.0, 3.0};
     stability = {true, true, true, true, true, 99};
     option_set("ZARXReduceOne", "2");
     for (int thread = 0; thread < kMaxThreads; ++thread) {
@@ -230,6 +230,61 @@ TEST_F(Budget, WithoutAResultTheSearchGoesOnButRemembersToStop) {
     set_elapsed(9);
     EXPECT_FALSE(poll_leaves(0));
     EXPECT_TRUE(stability.stop_search);
+}
+
+TEST_F(Budget, AFirstIterationIsLeftAMomentAfterTheHardLimit) {
+    self.abort_allowed = false;
+    limit_times(0.1, 1.0);
+    set_elapsed(0.999);
+    EXPECT_FALSE(poll_leaves(0));
+    set_elapsed(1.0);
+    EXPECT_FALSE(poll_leaves(0));
+    set_elapsed(1.199);
+    EXPECT_FALSE(poll_leaves(0));
+    set_elapsed(1.25);
+    EXPECT_TRUE(poll_leaves(0));
+}
+
+TEST_F(Budget, AFirstIterationIsLeftAMomentAfterStop) {
+    for (const bool infinite : {true, false}) {
+        search_reset();
+        limits.limit_infinite = infinite;
+        set_elapsed(50);
+        input_stops = false;
+        EXPECT_FALSE(poll_leaves(0));
+        input_stops = true;
+        EXPECT_FALSE(poll_leaves(0));
+        set_elapsed(50.199);
+        EXPECT_FALSE(poll_leaves(0));
+        set_elapsed(50.25);
+        EXPECT_TRUE(poll_leaves(0));
+    }
+}
+
+TEST_F(Budget, AFirstIterationIsLeftAMomentAfterALatePonderhit) {
+    self.abort_allowed = false;
+    limits.limit_infinite = true;
+    limit_times(0.1, 1.0);
+    set_elapsed(50);
+    EXPECT_FALSE(poll_leaves(0));
+    limits.limit_infinite = false;
+    set_elapsed(51);
+    EXPECT_FALSE(poll_leaves(0));
+    set_elapsed(51.199);
+    EXPECT_FALSE(poll_leaves(0));
+    set_elapsed(51.25);
+    EXPECT_TRUE(poll_leaves(0));
+}
+
+TEST_F(Budget, AFirstIterationIsNotLeftForTheTargetOrTheDepth) {
+    self.abort_allowed = false;
+    limit_times(0.1, 100.0);
+    limit_depth(0);
+    self.iteration_depth = 1;
+    for (const double seconds : {1.0, 2.0, 99.0}) {
+        set_elapsed(seconds);
+        EXPECT_FALSE(poll_leaves(0)) << seconds;
+    }
 }
 
 TEST_F(Budget, AnInfiniteSearchIsNotLeftForTimeOrDepth) {

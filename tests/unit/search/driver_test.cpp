@@ -345,6 +345,42 @@ TEST_F(Driver, StopBeforeTheFirstResultWaitsForIt) {
     EXPECT_EQ(search_thread(0).iteration_depth, 1);
 }
 
+// 18 queens: no root move is searched to its end before the poll gives up.
+TEST_F(Driver, ASearchLeftBeforeItsFirstResultPlaysTheFirstRootMove) {
+    search_shared.hooks.poll_input = [] {
+        SearchThread& self = search_thread(0);
+        self.overdue_time = -1;  // the moment of grace is over
+        self.stop = true;
+        return true;
+    };
+    const RootResult& result = search("8/PPPPPPPP/8/2k5/8/2K5/pppppppp/8 w - - 0 1", 0);
+    EXPECT_EQ(result.best_move, search_thread(0).root.move[0]);
+    EXPECT_EQ(result.pv[0], result.best_move);
+    EXPECT_EQ(result.pv[1], kMoveNone);
+    EXPECT_EQ(result.depth, 1);
+    EXPECT_EQ(result.score, 0);
+    EXPECT_EQ(&search_result(0), &result);
+}
+
+TEST_F(Driver, TheResultIsTheBestLineOfTheNewestIteration) {
+    auto& lines = search_thread(0).result;
+    const auto set = [&](int index, int depth, Score score) {
+        lines[static_cast<std::size_t>(index)].depth = depth;
+        lines[static_cast<std::size_t>(index)].score = score;
+    };
+    set(0, 7, 10);
+    set(1, 7, 30);
+    set(2, 7, 30);
+    set(3, 7, 20);
+    EXPECT_EQ(&search_result(0), &lines[1]);  // of equals the earlier line
+    set(0, 8, 15);
+    EXPECT_EQ(&search_result(0), &lines[0]);  // the others are of the iteration before
+    set(1, 8, 14);
+    EXPECT_EQ(&search_result(0), &lines[0]);
+    set(2, 8, 16);
+    EXPECT_EQ(&search_result(0), &lines[2]);
+}
+
 TEST_F(Driver, TheFirstIterationReportsEveryBetterMoveWithAnOpenWindow) {
     search(kTacticalFens[1], 1);
     Score best = -32767;
