@@ -44,7 +44,7 @@ void sort_pieces(Board& board, Color color) {
     }
 }
 
-void list_pieces(Board& board, Color color) {
+const PositionFault* list_pieces(Board& board, Color color) {
     auto& list = board.piece_list[index_of(color)];
     int count = 0;
     for (const Square square : square_from_64) {
@@ -53,13 +53,13 @@ void list_pieces(Board& board, Color color) {
             continue;
         }
         if (!piece_is_ok(piece)) {
-            fatal_error("X-Error 2EB1IP1\n");
+            return &kFaultPieceCode;
         }
         if (piece_color(piece) != color || piece_is_pawn(piece)) {
             continue;
         }
         if (count >= kMaxMen) {
-            fatal_error("X-Error 2EB1IP2\n");
+            return &kFaultPieces;
         }
         list[index_of(count)] = packed(square);
         count_man(board, square, count);
@@ -69,7 +69,7 @@ void list_pieces(Board& board, Color color) {
         }
     }
     if (board.kind_count[index_of(piece12_make(kKing, color))] != 1) {
-        fatal_error("X-Error 2EB1IP3\n");
+        return &kFaultKings;
     }
     // White's bishops are counted on both passes.
     if (board.kind_count[kWhiteBishop12] > kMostBishopsWithoutWarning) {
@@ -78,9 +78,10 @@ void list_pieces(Board& board, Color color) {
     list[index_of(count)] = kNoSquare;
     board.piece_count[index_of(color)] = count;
     sort_pieces(board, color);
+    return nullptr;
 }
 
-void list_pawns(Board& board, Color color) {
+const PositionFault* list_pawns(Board& board, Color color) {
     auto& list = board.pawn_list[index_of(color)];
     int count = 0;
     board.pawn_file[index_of(color)].fill(0);
@@ -89,7 +90,7 @@ void list_pawns(Board& board, Color color) {
             continue;
         }
         if (count >= kMaxPawns || square_is_promotion_rank(square)) {
-            fatal_error("X-Error 2EB1IP4\n");
+            return &kFaultPawns;
         }
         list[index_of(count)] = packed(square);
         count_man(board, square, count);
@@ -101,8 +102,9 @@ void list_pawns(Board& board, Color color) {
     list[index_of(count)] = kNoSquare;
     board.pawn_count[index_of(color)] = count;
     if (board_piece_count(board, color) + count > kMaxMen) {
-        fatal_error("X-Error 2EB1IP5\n");
+        return &kFaultMen;
     }
+    return nullptr;
 }
 
 // The squares of one colour's men, or of its pawns only.
@@ -182,7 +184,7 @@ void board_fill_sets(Board& board) {
     }
 }
 
-void board_finish_setup(Board& board) {
+const PositionFault* board_finish_setup(Board& board) {
     assert(board.turn == kWhite || board.turn == kBlack);
     assert(board.ply_nb >= 0 && board.ply_nb <= kMaxClock);
     board.list_index.fill(-1);
@@ -192,8 +194,12 @@ void board_finish_setup(Board& board) {
         board.material[index_of(color)] = 0;
         board.piece_list[index_of(color)].fill(kNoSquare);
         board.pawn_list[index_of(color)].fill(kNoSquare);
-        list_pieces(board, color);
-        list_pawns(board, color);
+        if (const PositionFault* const fault = list_pieces(board, color)) {
+            return fault;
+        }
+        if (const PositionFault* const fault = list_pawns(board, color)) {
+            return fault;
+        }
     }
     board_fill_sets(board);
     board.cap_sq = kNoSquare;
@@ -206,9 +212,7 @@ void board_finish_setup(Board& board) {
     board.key = key_compute(board);
     board.pawn_key = pawn_key_compute(board);
     board.material_key = material_key_compute(board);
-    if (!board_is_legal(board)) {
-        fatal_error("X-Error 2EB1IP6\n");
-    }
+    return board_is_legal(board) ? nullptr : &kFaultCheck;
 }
 
 void board_copy(Board& to, const Board& from) {

@@ -10,6 +10,7 @@
 
 #include "board/geometry.h"
 #include "board/piece.h"
+#include "board/position_fault.h"
 #include "board/types.h"
 
 namespace zar {
@@ -131,11 +132,9 @@ struct SquareRange {
 void board_clear(Board& board);
 
 // Builds lists, counts, sums, history, keys and sets from the squares, `turn`, `castle_flags`,
-// `ep_square` and `ply_nb` (0..kMaxClock). An illegal position is a fatal error with one of the
-// codes "X-Error 2EB1IP1" (no piece code), IP2 (too many pieces), IP3 (not one king), IP4 (too many
-// or misplaced pawns), IP5 (too many men), IP6 (the side not to move is in check). More than nine
-// white bishops only warn.
-void board_finish_setup(Board& board);
+// `ep_square` and `ply_nb` (0..kMaxClock). Null for a position, else what is wrong with it. More
+// than nine white bishops only warn.
+[[nodiscard]] const PositionFault* board_finish_setup(Board& board);
 
 // Fills the sets of men and pawns from the squares; board_finish_setup does it.
 void board_fill_sets(Board& board);

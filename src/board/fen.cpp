@@ -9,6 +9,8 @@ namespace zar {
 
 namespace {
 
+// The functions that read a field give what is wrong with it, or null.
+
 // Reads a text one character at a time; behind its end it yields zeros forever.
 struct Reader {
     std::string_view text;
@@ -34,47 +36,52 @@ Piece piece_from_placement(char letter) {
     return letter == '\0' ? kWhitePawn : piece_from_char(letter);
 }
 
-void read_row(Board& board, Reader& reader, int row) {
+const PositionFault* read_row(Board& board, Reader& reader, int row) {
     int column = kFirstLine;
     while (column <= kLastLine) {
         const char letter = reader_next(reader);
         if (letter >= '1' && letter <= '8') {
             column += letter - '0';
             if (column > kLastLine + 1) {
-                fatal_error("X-Error 4EFN1BF1\n");
+                return &kFaultLongRank;
             }
             continue;
         }
         const Piece piece = piece_from_placement(letter);
         if (piece == kEmpty) {
-            fatal_error("X-Error 4EFN1BF2\n");
+            return &kFaultPieceLetter;
         }
         board.square[static_cast<std::size_t>(square_make(row, column))] = packed(piece);
         ++column;
     }
+    return nullptr;
 }
 
-void read_placement(Board& board, Reader& reader) {
+const PositionFault* read_placement(Board& board, Reader& reader) {
     for (int row = kLastLine; row >= kFirstLine; --row) {
-        read_row(board, reader, row);
+        if (const PositionFault* const fault = read_row(board, reader, row)) {
+            return fault;
+        }
         if (row > kFirstLine && reader_next(reader) != '/') {
-            fatal_error("X-Error 4EFN1BF3\n");
+            return &kFaultNoSlash;
         }
     }
     if (reader_next(reader) != ' ') {
-        fatal_error("X-Error 4EFN1BF4\n");
+        return &kFaultNoBlankBehindRanks;
     }
+    return nullptr;
 }
 
-void read_turn(Board& board, Reader& reader) {
+const PositionFault* read_turn(Board& board, Reader& reader) {
     const char letter = reader_next(reader);
     if (letter != 'w' && letter != 'b') {
-        fatal_error("X-Error 4EFN1BF5\n");
+        return &kFaultTurn;
     }
     board.turn = letter == 'w' ? kWhite : kBlack;
     if (reader_next(reader) != ' ') {
-        fatal_error("X-Error 4EFN1BF6\n");
+        return &kFaultNoBlankBehindTurn;
     }
+    return nullptr;
 }
 
 struct CastlingRight {
@@ -92,7 +99,7 @@ constexpr std::array<CastlingRight, 4> castling_rights = {{
     {'q', kBlackQueenSide, kBlack, kE8, kA8},
 }};
 
-void read_castling(Board& board, Reader& reader) {
+const PositionFault* read_castling(Board& board, Reader& reader) {
     board.castle_flags = 0;
     if (reader_peek(reader) == '-') {
         ++reader.place;
@@ -109,8 +116,9 @@ void read_castling(Board& board, Reader& reader) {
         }
     }
     if (reader_next(reader) != ' ') {
-        fatal_error("X-Error 4EFN1BF7\n");
+        return &kFaultCastling;
     }
+    return nullptr;
 }
 
 // Is there a pawn that could take en passant on this square?
@@ -122,35 +130,37 @@ bool en_passant_is_possible(const Board& board, Square square) {
            (board_piece(board, victim - 1) == taker || board_piece(board, victim + 1) == taker);
 }
 
-void read_en_passant(Board& board, Reader& reader) {
+const PositionFault* read_en_passant(Board& board, Reader& reader) {
     board.ep_square = kNoSquare;
     const char file = reader_next(reader);
     if (file == '-') {
-        return;
+        return nullptr;
     }
     if (file < 'a' || file > 'h') {
-        fatal_error("X-Error 4EFN1BF8\n");
+        return &kFaultEnPassant;
     }
     const char rank = reader_next(reader);
     if (rank != (board.turn == kWhite ? '6' : '3')) {
-        fatal_error("X-Error 4EFN1BF9\n");
+        return &kFaultEnPassantRank;
     }
     const Square square = square_make(rank - '1' + kFirstLine, file - 'a' + kFirstLine);
     if (en_passant_is_possible(board, square)) {
         board.ep_square = square;
     }
+    return nullptr;
 }
 
-void read_clock(Board& board, Reader& reader) {
+const PositionFault* read_clock(Board& board, Reader& reader) {
     board.ply_nb = 0;
     if (reader_peek(reader) != ' ' || !is_digit(reader_peek(reader, 1))) {
-        return;
+        return nullptr;
     }
     ++reader.place;
     while (is_digit(reader_peek(reader))) {
         const int digit = reader_next(reader) - '0';
         board.ply_nb = std::min(board.ply_nb * 10 + digit, kMaxClock);
     }
+    return nullptr;
 }
 
 char* write_placement(const Board& board, char* out) {
@@ -191,15 +201,22 @@ char* write_castling(const Board& board, char* out) {
 
 }  // namespace
 
-void board_from_fen(Board& board, std::string_view text) {
+const PositionFault* board_read_fen(Board& board, std::string_view text) {
     Reader reader{text};
     board_clear(board);
-    read_placement(board, reader);
-    read_turn(board, reader);
-    read_castling(board, reader);
-    read_en_passant(board, reader);
-    read_clock(board, reader);
-    board_finish_setup(board);
+    for (const auto read_field :
+         {read_placement, read_turn, read_castling, read_en_passant, read_clock}) {
+        if (const PositionFault* const fault = read_field(board, reader)) {
+            return fault;
+        }
+    }
+    return board_finish_setup(board);
+}
+
+void board_from_fen(Board& board, std::string_view text) {
+    if (const PositionFault* const fault = board_read_fen(board, text)) {
+        fatal_error("%s", fault->code);
+    }
 }
 
 bool board_to_fen(const Board& board, char* buffer, int size) {

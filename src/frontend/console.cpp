@@ -78,6 +78,15 @@ void send_line(const char* format, ...) {
     std::fwrite(line, 1, kept + 1, stdout);
 }
 
+void send_error(const char* format, ...) {
+    char text[kOutputLineSize];
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    send_line("info string ERROR: %s", text);
+}
+
 void send_text(const char* text) { std::fwrite(text, 1, std::strlen(text), stdout); }
 
 bool read_line(char* buffer, int size) {

@@ -13,6 +13,10 @@ void console_init();
 // is cut.
 [[gnu::format(printf, 1, 2)]] void send_line(const char* format, ...);
 
+// Writes "info string ERROR: " and the formatted text as a line: what strict mode answers to input
+// that it cannot use.
+[[gnu::format(printf, 1, 2)]] void send_error(const char* format, ...);
+
 // Writes a text as it is.
 void send_text(const char* text);
 

@@ -19,6 +19,7 @@ constexpr const char* kHelp =
     "ZAR-X3, a chess engine that speaks the Universal Chess Interface.\n"
     "\n"
     "usage: zar-x3                start the engine; a GUI talks to it on standard input\n"
+    "       zar-x3 --strict       the same, for programs that take UCI at its word\n"
     "       zar-x3 bench [DEPTH]  search a fixed set of positions and print the node count\n"
     "       zar-x3 --version      print the version\n"
     "       zar-x3 --help         print this text\n";
@@ -53,8 +54,13 @@ int run_bench(int count, char** arguments) {
 }  // namespace
 
 int main(int count, char** arguments) {
+    const bool strict = count > 1 && std::string_view(arguments[1]) == "--strict";
+    if (strict) {
+        --count;
+        ++arguments;
+    }
     if (count < 2) {
-        zar::startup_engine();
+        zar::startup_engine(strict);
         zar::uci_loop();
     }
     const std::string_view argument = arguments[1];

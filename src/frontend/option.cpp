@@ -82,6 +82,21 @@ int bound_behind(const Option& option, std::string_view word) {
     return text_to_int(extra.substr(extra.find(word) + word.size()));
 }
 
+// Is this one of the row's choices? The search compares them exactly.
+bool is_choice(const Option& option, std::string_view value) {
+    constexpr std::string_view kMarker = "var ";
+    std::string_view rest = option.extra;
+    while (rest.starts_with(kMarker)) {
+        rest.remove_prefix(kMarker.size());
+        const std::size_t next = rest.find(" var ");
+        if (rest.substr(0, next) == value) {
+            return true;
+        }
+        rest.remove_prefix(next == std::string_view::npos ? rest.size() : next + 1);
+    }
+    return false;
+}
+
 }  // namespace
 
 std::span<const Option> option_table() { return table; }
@@ -110,6 +125,28 @@ bool option_set(std::string_view name, std::string_view value) {
     }
     option->value = value;
     return true;
+}
+
+const char* option_fault(std::string_view name, std::string_view value) {
+    const Option* const option = find(name);
+    if (option == nullptr) {
+        return "is no option";
+    }
+    const std::string_view type = option->type;
+    if (type == "check") {
+        const bool fits = string_equal_nocase(value, "true") || string_equal_nocase(value, "false");
+        return fits ? nullptr : "takes true or false";
+    }
+    if (type == "spin") {
+        const bool fits = text_is_number(value) &&
+                          text_to_int(value) >= bound_behind(*option, "min ") &&
+                          text_to_int(value) <= bound_behind(*option, "max ");
+        return fits ? nullptr : "takes a number within its bounds";
+    }
+    if (type == "combo") {
+        return is_choice(*option, value) ? nullptr : "takes one of its choices";
+    }
+    return nullptr;
 }
 
 bool option_get_bool(std::string_view name) {

@@ -30,6 +30,10 @@ void option_print_all();
 // Stores the text as it is, unchecked; false, with nothing changed, when no option has this name.
 bool option_set(std::string_view name, std::string_view value);
 
+// Why this is no value for an option, as a clause with the subject left out; null when it is one,
+// by the type and the bounds that "uci" announces. option_set itself does not ask.
+[[nodiscard]] const char* option_fault(std::string_view name, std::string_view value);
+
 // The getters end the engine with "X-Error 5EOT1UO1" for a name that is not in the table: a
 // programming error.
 

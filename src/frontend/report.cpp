@@ -7,6 +7,7 @@
 
 #include "frontend/console.h"
 #include "frontend/option.h"
+#include "frontend/report_strict.h"
 #include "frontend/uci.h"
 #include "search/budget.h"
 #include "search/driver.h"
@@ -42,10 +43,6 @@ MoveText move_text(Move move) {
     return text;
 }
 
-std::uint64_t reported_nodes(const SearchThread& self) {
-    return static_cast<std::uint64_t>(search_shared.thread_count) * self.nodes;
-}
-
 // Moves rows first..last by one place, toward the end or the front.
 void shift_rows_down(int first, int last) {
     const auto rows = pv_table.rows.begin();
@@ -71,18 +68,6 @@ void store_row(const PvRow& row, int line) {
     pv_table.rows[static_cast<std::size_t>(place)] = row;
     pv_table.last_line = line;
     pv_table.last_row = place;
-}
-
-// The word behind a score that is only a bound.
-const char* bound_word(Bound bound) {
-    switch (bound) {
-        case kBoundLower:
-            return " lowerbound";
-        case kBoundUpper:
-            return " upperbound";
-        default:
-            return "";
-    }
 }
 
 void print_row(const PvRow& row, int number, Bound bound, std::uint64_t nodes) {
@@ -153,6 +138,9 @@ void print_result(const Answer& answer, const char* blank, const char* ponder) {
     // The viewer that reads the bare lines wants a node count that is never small.
     constexpr long long kExtraNodes = 50000;
     const RootResult& result = *answer.result;
+    if (uci_state.strict) {
+        return;  // to a program this would be the newest of all lines
+    }
     if (option_get_bool("Search Info")) {
         send_line("info depth %d score cp %d pv %s%s%s", result.depth, result.score,
                   answer.best.data(), blank, ponder);
@@ -169,7 +157,8 @@ void print_extra(const Answer& answer) {
     }
     const bool has_ponder = answer.ponder[0] != '\0';
     send_line("info string - - -");
-    send_line("Info String (Ponder, Analize Mode or Infinite Mode is Limited at level < 10)");
+    send_line("%s (Ponder, Analize Mode or Infinite Mode is Limited at level < 10)",
+              uci_state.strict ? "info string" : "Info String");
     send_line(
         "info string %s%s%s%s [Thread# %d/%d, Depth %d, Value %d, Current Level is %d, Ponder "
         "Limit %d (1=true), Current Hash Size is %d, MultiPV set to %d]",
@@ -194,6 +183,17 @@ int score_to_mate(Score score) {
         return -((score + kMateScore) / 2);
     }
     return score > kMateBound ? (kMateScore + 1 - score) / 2 : 0;
+}
+
+const char* bound_word(Bound bound) {
+    switch (bound) {
+        case kBoundLower:
+            return " lowerbound";
+        case kBoundUpper:
+            return " upperbound";
+        default:
+            return "";
+    }
 }
 
 bool pv_to_text(const Line& pv, char* buffer, int size) {
@@ -227,6 +227,10 @@ void report_pv(int thread) {
         return;
     }
     const SearchThread& self = search_thread(thread);
+    if (uci_state.strict) {
+        report_strict_pv(self);
+        return;
+    }
     const RootResult& result = self.result[static_cast<std::size_t>(self.pv_index)];
     PvRow row{.mate = score_to_mate(result.score),
               .depth = result.depth,
@@ -237,7 +241,7 @@ void report_pv(int thread) {
     store_row(row, self.pv_index);
     // The first iteration is printed only when all of its lines are known.
     if (result.depth >= 2 || self.pv_index == search_shared.last_pv_index) {
-        print_table(result.bound, reported_nodes(self));
+        print_table(result.bound, nodes_of_all_threads(self));
     }
 }
 
@@ -254,9 +258,11 @@ void report_currmove(int thread) {
 void report_hashfull() { send_line("info hashfull %.0f", hash_full(hash_table)); }
 
 void report_bestmove() {
-    report_hashfull();
-    if (uci_state.go_ponder && uci_state.go_infinite) {
-        return;
+    if (!uci_state.strict) {
+        report_hashfull();
+        if (uci_state.go_ponder && uci_state.go_infinite) {
+            return;
+        }
     }
     const Answer answer = make_answer();
     if (answer.result->best_move == kMoveNone) {

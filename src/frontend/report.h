@@ -11,6 +11,9 @@ constexpr int kPvTextSize = 512;
 // for exactly 30000.
 [[nodiscard]] int score_to_mate(Score score);
 
+// " lowerbound", " upperbound" or nothing: what follows a score.
+[[nodiscard]] const char* bound_word(Bound bound);
+
 // Writes the moves of a line, separated by blanks; moves that do not fit are left out. False, with
 // nothing written, when size is below 512.
 bool pv_to_text(const Line& pv, char* buffer, int size);

@@ -7,10 +7,11 @@ namespace zar {
 // run time. Allocates nothing large. Everything else in the engine relies on this.
 void startup_tables();
 
-// Start-up of the UCI engine: the banner, the tables, and "Engine Ready".
-void startup_engine();
+// Start-up of the UCI engine: the banner, the tables, and "Engine Ready". In strict mode it says
+// nothing before it is asked.
+void startup_engine(bool strict);
 
-// Prints "Engine Ready".
+// Prints "Engine Ready", but not in strict mode.
 void announce_ready();
 
 }  // namespace zar

@@ -12,6 +12,7 @@
 #include "frontend/option.h"
 #include "frontend/report.h"
 #include "frontend/startup.h"
+#include "frontend/strict.h"
 #include "platform/text.h"
 #include "search/budget.h"
 #include "search/hash.h"
@@ -77,18 +78,17 @@ void command_stop() {
     }
 }
 
-void play(Move move) {
-    if (uci_state.board.sp > kLongHistory) {
-        board_trim_history(uci_state.board, kKeptHistory);
-    }
-    UndoInfo undo;
-    move_do(uci_state.board, move, undo);
+// What follows the first word of a line, and the blank behind that.
+std::string_view arguments_of(std::string_view line) {
+    return line.substr(std::min(line.find(' '), line.size() - 1) + 1);
 }
 
-bool is_legal(Move move) {
-    MoveList legal;
-    gen_legal_moves(legal, uci_state.board);
-    return list_contains(legal, move);
+// Is this the command? A word that takes arguments may stand alone in strict mode only.
+bool is_command(std::string_view line, std::string_view word) {
+    if (!line.starts_with(word)) {
+        return false;
+    }
+    return line.size() == word.size() ? uci_state.strict : line[word.size()] == ' ';
 }
 
 // Plays moves up to the first text that is no legal move.
@@ -102,10 +102,10 @@ void play_moves(std::string_view text) {
         const std::string_view move_text = text.substr(0, has_suffix ? 5 : 4);
         text.remove_prefix(move_text.size());
         const Move move = move_from_string(move_text, uci_state.board);
-        if (!is_legal(move)) {
+        if (!uci_is_legal(uci_state.board, move)) {
             return;
         }
-        play(move);
+        uci_play(uci_state.board, move);
     }
 }
 
@@ -115,6 +115,10 @@ void command_position(std::string_view line) {
         return;
     }
     engine_init();
+    if (uci_state.strict) {
+        strict_position(uci_state.board, arguments_of(line));
+        return;
+    }
     constexpr std::string_view fen_marker = "fen ";
     constexpr std::string_view moves_marker = "moves ";
     const std::size_t fen = line.find(fen_marker);
@@ -189,6 +193,15 @@ void command_setoption(std::string_view line) {
     if (is_busy()) {
         return;
     }
+    if (uci_state.strict) {
+        std::string_view name;
+        if (strict_setoption(arguments_of(line), name)) {
+            react_to_option(name);
+            reopen_book();
+            apply_weights();
+        }
+        return;
+    }
     constexpr std::string_view name_marker = "name ";
     constexpr std::string_view value_marker = "value ";
     const std::size_t name_at = line.find(name_marker);
@@ -241,6 +254,20 @@ void engine_init() {
     threads_create();
 }
 
+bool uci_is_legal(Board& board, Move move) {
+    MoveList legal;
+    gen_legal_moves(legal, board);
+    return list_contains(legal, move);
+}
+
+void uci_play(Board& board, Move move) {
+    if (board.sp > kLongHistory) {
+        board_trim_history(board, kKeptHistory);
+    }
+    UndoInfo undo;
+    move_do(board, move, undo);
+}
+
 bool poll_input() {
     const std::atomic<bool>& stop = search_thread(0).stop;
     while (!stop.load(std::memory_order_relaxed)) {
@@ -253,21 +280,20 @@ bool poll_input() {
 }
 
 void uci_execute(std::string_view line, double received) {
-    constexpr std::string_view go_prefix = "go ";
-    if (line.starts_with("debug ")) {
+    if (is_command(line, "debug")) {
         return;
     }
-    if (line.starts_with(go_prefix)) {
-        uci_go(line.substr(go_prefix.size()), received);
+    if (is_command(line, "go")) {
+        uci_go(arguments_of(line), received);
     } else if (line == "isready") {
         command_isready();
     } else if (line == "ponderhit") {
         command_ponderhit();
-    } else if (line.starts_with("position ")) {
+    } else if (is_command(line, "position")) {
         command_position(line);
     } else if (line == "quit") {
         engine_exit();
-    } else if (line.starts_with("setoption ")) {
+    } else if (is_command(line, "setoption")) {
         command_setoption(line);
     } else if (line == "stop") {
         command_stop();
@@ -282,6 +308,9 @@ void uci_command() {
     char line[kInputLineSize];
     if (!read_line(line, kInputLineSize)) {
         engine_exit();
+    }
+    if (uci_state.strict) {
+        strict_tidy(line);
     }
     uci_execute(line, input_idle_time());
 }

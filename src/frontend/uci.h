@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "board/board.h"
+#include "board/move.h"
 #include "platform/clock.h"
 
 namespace zar {
@@ -19,6 +20,7 @@ struct UciState {
     bool go_infinite;
     bool go_ponder;
     bool ponder_limit;  // the level is not the full one; only ever reported
+    bool strict;        // see frontend/strict.h; set at the start
     Board board;        // the position that "position" has set up
 };
 
@@ -34,6 +36,11 @@ void uci_command();
 // time at which the line can have been sent, in seconds of the wall clock: a search counts its time
 // from there, so that what kept the engine from reading "go" is not added to it.
 void uci_execute(std::string_view line, double received = clock_wall_seconds());
+
+// For the moves of "position": is the move legal on this board, and the playing of a legal one. Of
+// a long history all but the newest positions are forgotten, so that a search has room for its own.
+[[nodiscard]] bool uci_is_legal(Board& board, Move move);
+void uci_play(Board& board, Move move);
 
 // Executes all waiting lines; true when the main search thread's `stop` is set.
 bool poll_input();

@@ -3,10 +3,14 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cstdint>
 #include <limits>
 
+#include "frontend/console.h"
 #include "frontend/option.h"
 #include "frontend/report.h"
+#include "frontend/report_strict.h"
 #include "frontend/uci.h"
 #include "platform/fatal.h"
 #include "platform/text.h"
@@ -28,6 +32,8 @@ struct GoParameters {
     int depth = kAbsent;
     int mate = kAbsent;
     int moves_to_go = kAbsent;
+    std::int64_t nodes = kAbsent;
+    MoveList only_moves{};
 };
 
 enum class Keyword {
@@ -66,6 +72,14 @@ constexpr std::array<KeywordRow, 12> keywords = {{
     {"wtime", Keyword::wtime, "X-Error 1EE1WTPTC//"},
 }};
 
+// As text_to_int, of a greater range.
+std::int64_t count_of(std::string_view text) {
+    std::int64_t count = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), count);
+    const bool too_many = result.ec == std::errc::result_out_of_range;
+    return too_many ? std::numeric_limits<std::int64_t>::max() : count;
+}
+
 double seconds(std::string_view milliseconds) { return text_to_int(milliseconds) * 0.001; }
 
 void apply_keyword(GoParameters& go, Keyword keyword, std::string_view value) {
@@ -101,31 +115,78 @@ void apply_keyword(GoParameters& go, Keyword keyword, std::string_view value) {
             go.clock[kWhite] = seconds(value);
             break;
         case Keyword::nodes:
+            go.nodes = count_of(value);
+            break;
         case Keyword::searchmoves:
-            break;  // not supported
+            break;  // the moves are no keywords
     }
 }
 
-// Tokens that are no keyword are passed over, the moves behind "searchmoves" among them.
-GoParameters read_parameters(std::string_view arguments) {
-    GoParameters go;
+// Is there a value behind the keyword? None at all is fatal; strict mode wants a number, and tells.
+bool has_value(const KeywordRow& row, std::string_view value) {
+    if (!uci_state.strict) {
+        if (value.empty()) {
+            fatal_error("%s", row.missing_value);
+        }
+        return true;
+    }
+    if (!text_is_number(value)) {
+        send_error("go: no number behind %s", row.text.data());
+        return false;
+    }
+    return true;
+}
+
+// A move behind "searchmoves". False, with the error told, when it is not legal.
+bool add_root_move(GoParameters& go, std::string_view text) {
+    const Move move = move_from_string(text, uci_state.board);
+    if (!uci_is_legal(uci_state.board, move)) {
+        send_error("go: %.*s is not a legal move", static_cast<int>(text.size()), text.data());
+        return false;
+    }
+    list_add(go.only_moves, move);
+    return true;
+}
+
+// Tokens that are no keyword are passed over, except for the moves behind "searchmoves" in strict
+// mode. False when the line cannot be used.
+bool read_parameters(GoParameters& go, std::string_view arguments) {
+    bool takes_moves = false;
     for (std::string_view token = token_next(arguments); !token.empty();
          token = token_next(arguments)) {
         const auto row = std::find_if(keywords.begin(), keywords.end(),
                                       [&](const KeywordRow& known) { return known.text == token; });
         if (row == keywords.end()) {
+            if (takes_moves && !add_root_move(go, token)) {
+                return false;
+            }
             continue;
         }
+        takes_moves = uci_state.strict && row->keyword == Keyword::searchmoves;
         std::string_view value;
         if (row->missing_value != nullptr) {
             value = token_next(arguments);
-            if (value.empty()) {
-                fatal_error("%s", row->missing_value);
+            if (!has_value(*row, value)) {
+                return false;
             }
         }
         apply_keyword(go, row->keyword, value);
     }
-    return go;
+    return true;
+}
+
+// What only strict mode takes notice of. The moves are searched in the order of generation.
+void set_strict_limits(SearchLimits& limits, const GoParameters& go) {
+    limits.limit_nodes_set = go.nodes >= 0;
+    limits.limit_nodes = static_cast<std::uint64_t>(std::max<std::int64_t>(go.nodes, 0));
+    MoveList legal;
+    gen_legal_moves(legal, uci_state.board);
+    for (int i = 0; i < legal.size; ++i) {
+        const Move move = legal.move[static_cast<std::size_t>(i)];
+        if (list_contains(go.only_moves, move)) {
+            list_add(limits.only_moves, move);
+        }
+    }
 }
 
 // A mate in n moves is found within 2n - 1 plies.
@@ -185,12 +246,19 @@ void uci_go(std::string_view arguments, double received) {
     engine_init();
     uci_state.go_infinite = false;
     uci_state.go_ponder = false;
-    const GoParameters go = read_parameters(arguments);
+    GoParameters go;
+    if (!read_parameters(go, arguments)) {
+        return;
+    }
     search_reset();
     SearchLimits& limits = search_shared.limits;
     limits.start_time = received;
     set_depth_limit(limits, go);
     set_time_limits(limits, go, uci_state.board.turn);
+    if (uci_state.strict) {
+        set_strict_limits(limits, go);
+        report_strict_reset();
+    }
     limits.limit_infinite = uci_state.go_infinite || uci_state.go_ponder;
     uci_state.wait_for_stop = limits.limit_infinite;
     uci_state.searching = true;

@@ -9,8 +9,8 @@ enum class Failure { fatal, warning };
 // can go on); if it does return, the process ends as if no handler were set.
 using FailureHandler = void (*)(Failure failure, const char* text);
 
-// Replaces what fatal_error and warn_line do; null restores it. The engine never calls this: tools
-// and tests do, so that a bad position does not end them.
+// Replaces what fatal_error and warn_line do; null restores it. Tools and tests set one that does
+// not end them; the engine sets one in strict mode only, for warnings.
 void failure_set_handler(FailureHandler handler);
 
 // Writes the formatted text to standard error as it is (codes carry their own newline or none) and

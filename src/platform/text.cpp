@@ -44,4 +44,11 @@ int text_to_int(std::string_view text) {
     return number;
 }
 
+bool text_is_number(std::string_view text) {
+    if (text.starts_with('-')) {
+        text.remove_prefix(1);
+    }
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 }  // namespace zar

@@ -16,4 +16,7 @@ namespace zar {
 // behind the digits is ignored, 0 when there are none. Beyond the int range it stays at the end.
 [[nodiscard]] int text_to_int(std::string_view text);
 
+// Is the whole text decimal digits, perhaps behind a minus sign?
+[[nodiscard]] bool text_is_number(std::string_view text);
+
 }  // namespace zar

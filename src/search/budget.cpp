@@ -28,6 +28,9 @@ void apply_limits(const SearchThread& self) {
     if (limits.limit_depth_set && self.iteration_depth > limits.limit_depth) {
         stability.stop_search = true;
     }
+    if (limits.limit_nodes_set && nodes_of_all_threads(self) >= limits.limit_nodes) {
+        stability.stop_search = true;
+    }
     if (!limits.limit_time_set) {
         return;
     }
@@ -143,6 +146,9 @@ bool budget_line_done(Score score, int depth, bool last_line) {
     }
     stability.previous_score = score;
     if (limits.limit_depth_set && last_line && limits.limit_depth <= depth) {
+        stability.stop_search = true;
+    }
+    if (limits.limit_nodes_set && nodes_of_all_threads(self) >= limits.limit_nodes) {
         stability.stop_search = true;
     }
     if (limits.limit_time_set) {

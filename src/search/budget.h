@@ -16,6 +16,11 @@ void search_reset();
 // Stores elapsed time, speed and load of a thread.
 void statistics_update(int thread);
 
+// The nodes of all threads as far as one of them can tell: its own, times the number of threads.
+[[nodiscard]] inline std::uint64_t nodes_of_all_threads(const SearchThread& self) {
+    return static_cast<std::uint64_t>(search_shared.thread_count) * self.nodes;
+}
+
 // Looks at input and limits, and leaves the search by a jump to the thread's return point when it
 // is to end at once. Workers only look at their `stop`.
 void poll(int thread);

@@ -295,7 +295,8 @@ void clear_results() {
 // The book answers for the engine, except at low levels and when the search is to go on until
 // "stop".
 bool play_from_book(Board& board) {
-    if (!option_get_bool("Own Book") || search_shared.limits.limit_infinite ||
+    const SearchLimits& limits = search_shared.limits;
+    if (!option_get_bool("Own Book") || limits.limit_infinite || limits.only_moves.size > 0 ||
         !difficulty_allows_book(difficulty_level())) {
         return false;
     }
@@ -359,12 +360,16 @@ void search_run(Board& board) {
     }
     search_shared.root_board = &board;
     gen_legal_moves(search_shared.root_moves, board);
+    SearchLimits& limits = search_shared.limits;
+    if (search_shared.root_moves.size < 2) {
+        limits.limit_depth_set = true;
+        limits.limit_depth = kSingleMoveDepth;
+    }
+    if (limits.only_moves.size > 0) {
+        search_shared.root_moves = limits.only_moves;
+    }
     const int moves = search_shared.root_moves.size;
     search_shared.last_pv_index = std::min(option_get_bounded("MultiPV"), moves) - 1;
-    if (moves < 2) {
-        search_shared.limits.limit_depth_set = true;
-        search_shared.limits.limit_depth = kSingleMoveDepth;
-    }
     hash_new_search(hash_table);
     if (moves == 0) {
         return;

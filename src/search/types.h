@@ -73,6 +73,10 @@ struct SearchLimits {
     double time_target;    // seconds, normal thinking time for this move
     double time_limit;     // seconds, hard maximum
     double start_time;     // seconds of the wall clock; search_reset sets it to now
+    // Of strict mode only.
+    bool limit_nodes_set;       // `limit_nodes` applies
+    std::uint64_t limit_nodes;  // the search ends when it is seen to have visited as many
+    MoveList only_moves;        // the root moves to search; all when there are none
 };
 
 // Result of one line at the root.

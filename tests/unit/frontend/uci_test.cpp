@@ -391,7 +391,7 @@ TEST_F(Uci, ThreadsAreHeldToOneToFour) {
 }
 
 TEST(Startup, PrintsBannerAndReadiness) {
-    const Lines lines = lines_of([] { startup_engine(); });
+    const Lines lines = lines_of([] { startup_engine(false); });
     EXPECT_EQ(lines, (Lines{"ZAR-X3 64Bit", "", "Engine Ready"}));
     EXPECT_EQ(hash_table.entries, nullptr);
     EXPECT_EQ(option_get_int("Hash"), 256);

@@ -69,7 +69,11 @@ class Budget : public test::SearchTest {
 };
 
 TEST_F(Budget, ResetClearsLimitsCountersAndFlags) {
-    limits = {true, true, 5, true, true, 1.0, 2.0, 3.0};
+    limit_depth(5);
+    limit_times(1.0, 2.0);
+    limits.limit_infinite = true;
+    limits.limit_nodes_set = true;
+    limits.only_moves.size = 3;
     stability = {true, true, true, true, true, 99};
     option_set("ZARXReduceOne", "2");
     for (int thread = 0; thread < kMaxThreads; ++thread) {
@@ -89,6 +93,8 @@ TEST_F(Budget, ResetClearsLimitsCountersAndFlags) {
     EXPECT_EQ(limits.limit_depth, 0);
     EXPECT_EQ(limits.time_target, 0);
     EXPECT_EQ(limits.time_limit, 0);
+    EXPECT_FALSE(limits.limit_nodes_set);
+    EXPECT_EQ(limits.only_moves.size, 0);
     EXPECT_FALSE(stability.score_dropped || stability.score_dropped_last);
     EXPECT_FALSE(stability.best_changed || stability.easy_move || stability.stop_search);
     for (int thread = 0; thread < kMaxThreads; ++thread) {
@@ -222,6 +228,21 @@ TEST_F(Budget, WithMoveTimeTheHardLimitComesFirst) {
     EXPECT_FALSE(poll_leaves(0));
     set_elapsed(0.2);
     EXPECT_TRUE(poll_leaves(0));
+}
+
+TEST_F(Budget, TheNodesOfAllThreadsLeaveTheSearch) {
+    limits.limit_nodes_set = true;
+    limits.limit_nodes = 10'000;
+    search_shared.thread_count = 2;
+    self.nodes = 4999;
+    EXPECT_FALSE(poll_leaves(0));
+    EXPECT_FALSE(ends_at(0));
+    self.nodes = 5000;
+    EXPECT_TRUE(ends_at(0));
+    EXPECT_TRUE(poll_leaves(0));
+    stability.stop_search = false;
+    limits.limit_infinite = true;
+    EXPECT_FALSE(poll_leaves(0));
 }
 
 TEST_F(Budget, WithoutAResultTheSearchGoesOnButRemembersToStop) {
