@@ -116,8 +116,7 @@ void report_strict_pv(const SearchThread& self) {
             .pv = {}};
     pv_to_text(result.pv, row.pv.data(), kPvTextSize);
     store(row, line);
-    const bool complete = result.depth >= 2 || self.pv_index == search_shared.last_pv_index;
-    if (!complete || !option_get_bool("Search Info")) {
+    if (!option_get_bool("Search Info")) {
         return;
     }
     Rows shown;

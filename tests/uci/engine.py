@@ -2,7 +2,8 @@
 
 The programs' paths come from the environment: ZAR_X3 (the engine), ZAR_X3_TOOLS and ZAR_X3_TWIN.
 A variable that is not set means the program of the release build. Where the engine is one of
-another system, ZAR_X3_RUNNER has the words of the command that runs it: wine64, for one.
+another system, ZAR_X3_RUNNER has the words of the command that runs it: wine64, for one. With
+ZAR_X3_STRICT set to 1 the engine is run as "zar-x3 --strict".
 
 Every wait ends after HANG_LIMIT seconds with a failure that shows the conversation so far. The
 limit only catches a program that hangs; no test asks how long anything takes.
@@ -19,7 +20,20 @@ from pathlib import Path
 
 HANG_LIMIT = 240.0
 
-BANNER = ["ZAR-X3 64Bit", "", "Engine Ready"]
+# Is the engine under test the one of strict mode?
+STRICT = os.environ.get("ZAR_X3_STRICT") == "1"
+
+# How the lines begin that tell variations, and what a position without a legal move is answered by.
+ANY_REPORT = "info depth " if STRICT else "info multipv "
+NO_MOVE = ["bestmove (none)"] if STRICT else ["info hashfull 0", "bestmove (none)"]
+
+BANNER = [] if STRICT else ["ZAR-X3 64Bit", "", "Engine Ready"]
+
+
+def report_of(depth):
+    """How the first report of an iteration begins."""
+    return f"info depth {depth} " if STRICT else f"info multipv 1 depth {depth} "
+
 
 START_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
 
@@ -210,6 +224,8 @@ class Engine(Process):
     def __init__(self, *arguments, **settings):
         settings.setdefault("cwd", _BOOKLESS)
         runner = shlex.split(os.environ.get("ZAR_X3_RUNNER", ""))
+        if STRICT:
+            arguments = ("--strict", *arguments)
         super().__init__(*runner, program_path("ZAR_X3"), *arguments, **settings)
 
     @classmethod

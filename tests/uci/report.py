@@ -1,15 +1,27 @@
-"""The lines of a search, taken apart."""
+"""The lines of a search, taken apart: those of the engine as it is, or of strict mode."""
 
 import re
 from dataclasses import dataclass
 
+from engine import STRICT
+
 MOVE = r"[a-h][1-8][a-h][1-8][nbrq]?"
 MOVES = rf"{MOVE}(?: {MOVE})*"
 
-PV_LINE = re.compile(
-    r"info multipv ([1-4]) depth (\d+) score (cp|mate) (-?\d+)(?: (lowerbound|upperbound))?"
-    rf" time (\d+) nodes (\d+) pv ({MOVES})"
-)
+# How a variation is told. In strict mode a line is whole, and the closing lines are missing.
+if STRICT:
+    PV_LINE = re.compile(
+        r"info depth (?P<depth>\d+) seldepth (?P<seldepth>\d+) multipv (?P<multipv>[1-4])"
+        r" score (?P<kind>cp|mate) (?P<value>-?\d+)(?: (?P<bound>lowerbound|upperbound))?"
+        r" nodes (?P<nodes>\d+) nps (?P<nps>\d+) hashfull (?P<hashfull>\d+) time (?P<time>\d+)"
+        rf" pv (?P<moves>{MOVES})"
+    )
+else:
+    PV_LINE = re.compile(
+        r"info multipv (?P<multipv>[1-4]) depth (?P<depth>\d+) score (?P<kind>cp|mate)"
+        r" (?P<value>-?\d+)(?: (?P<bound>lowerbound|upperbound))? time (?P<time>\d+)"
+        rf" nodes (?P<nodes>\d+) pv (?P<moves>{MOVES})"
+    )
 VIEWER_LINE = re.compile(rf"(\d+) (-?\d+) (\d+) (\d+) ({MOVES}) ?")
 CURRMOVE_LINE = re.compile(rf"info currmove ({MOVE}) currmovenumber (\d+)")
 HASHFULL_LINE = re.compile(r"info hashfull (\d+)")
@@ -17,7 +29,9 @@ FINAL_LINE = re.compile(rf"info depth (\d+) score cp (-?\d+) pv ({MOVE})(?: ({MO
 BESTMOVE_LINE = re.compile(rf"bestmove (?:\(none\)|({MOVE})(?: ponder ({MOVE}))?)")
 
 # Any line that a search may print while "Extra Info" is off.
-SEARCH_LINES = (PV_LINE, VIEWER_LINE, CURRMOVE_LINE, HASHFULL_LINE, FINAL_LINE, BESTMOVE_LINE)
+SEARCH_LINES = (PV_LINE, CURRMOVE_LINE, HASHFULL_LINE, BESTMOVE_LINE)
+if not STRICT:
+    SEARCH_LINES += (VIEWER_LINE, FINAL_LINE)
 
 
 @dataclass(frozen=True)
@@ -45,16 +59,16 @@ def parse_pv(line):
     match = PV_LINE.fullmatch(line)
     if match is None:
         return None
-    multipv, depth, kind, value, bound, time, nodes, moves = match.groups()
+    part = match.groupdict()
     return PvLine(
-        int(multipv),
-        int(depth),
-        kind,
-        int(value),
-        bound,
-        int(time),
-        int(nodes),
-        tuple(moves.split()),
+        int(part["multipv"]),
+        int(part["depth"]),
+        part["kind"],
+        int(part["value"]),
+        part["bound"],
+        int(part["time"]),
+        int(part["nodes"]),
+        tuple(part["moves"].split()),
     )
 
 
@@ -84,6 +98,6 @@ def without_times(lines):
     for line in lines:
         if CURRMOVE_LINE.fullmatch(line) or HASHFULL_LINE.fullmatch(line):
             continue
-        line = re.sub(r" time \d+ ", " time * ", line)
+        line = re.sub(r" (time|nps) \d+(?= )", r" \1 *", line)
         kept.append(re.sub(r"^(\d+ -?\d+) \d+ ", r"\1 * ", line))
     return kept
