@@ -3,6 +3,7 @@
 import configparser
 import json
 import re
+import shlex
 import unittest
 from pathlib import Path
 
@@ -117,13 +118,30 @@ class TestFrameworks(unittest.TestCase):
         text = page("testing-at-scale.md")
         pairs = re.findall(r'"option\.([^="]+)=([^"]+)"', text)
         pairs += re.findall(r"(?<!\")\boption\.([^=\s]+)=(\S+)", text)
-        for words in re.findall(r'"both_options": "([^"]*)"', text):
-            pairs += [tuple(word.split("=")) for word in words.split()]
+        (description,) = re.findall(r"```json\n(.*?)```", text, re.DOTALL)
+        for preset in json.loads(description)["test_presets"].values():
+            words = shlex.split(preset.get("both_options", ""))
+            pairs += [tuple(word.split("=")) for word in words]
         return pairs
 
     def test_the_json_is_json(self):
         (text,) = re.findall(r"```json\n(.*?)```", page("testing-at-scale.md"), re.DOTALL)
         self.assertEqual({"g++>=12", "clang++>=14"}, set(json.loads(text)["build"]["compilers"]))
+
+    def test_the_match_programs_start_the_strict_engine(self):
+        text = page("testing-at-scale.md")
+        programs = ("fastchess", "args=--strict"), ("cutechess-cli", "arg=--strict")
+        for program, argument in programs:
+            commands = re.findall(rf"^    {program} \\\n(?:        .*\n)+", text, re.MULTILINE)
+            self.assertTrue(commands, program)
+            for command in commands:
+                self.assertIn(f" {argument} ", command)
+
+    def test_a_fixed_time_for_a_move_has_a_margin(self):
+        times = re.findall(r" st=\S+(.*)", page("testing-at-scale.md"))
+        self.assertTrue(times)
+        for rest in times:
+            self.assertTrue(rest.startswith(" timemargin="), rest)
 
     def test_all_options_exist_and_their_values_are_in_range(self):
         shown, hidden = source_options()
@@ -167,6 +185,12 @@ def xboard_options(text):
     return []
 
 
+def script_options(text):
+    """None: it hands over to the engine."""
+    assert text == '#!/bin/sh\nexec /usr/games/zar-x3 --strict "$@"\n', text
+    return []
+
+
 def lichess_bot_options(text):
     (block,) = re.findall(r"^  uci_options:\n((?:    .*\n)+)", text, re.MULTILINE)
     return re.findall(r'^    ([^:]+): "?([^"\n]*)"?$', block, re.MULTILINE)
@@ -177,10 +201,11 @@ class Interfaces(unittest.TestCase):
 
     FOLDER = ROOT / "docs" / "gui"
     READERS = {
-        "cutechess-engines.json": (cutechess_options, 5),
+        "cutechess-engines.json": (cutechess_options, 3),
         "gnome-chess-engines.conf": (gnome_chess_options, 9),
-        "lichess-bot-config.yml": (lichess_bot_options, 7),
+        "lichess-bot-config.yml": (lichess_bot_options, 5),
         "scid-engines.dat": (scid_options, 2),
+        "zar-x3-strict": (script_options, 0),
         "zar-x3.eng": (xboard_options, 0),
     }
 
@@ -217,6 +242,17 @@ class Interfaces(unittest.TestCase):
                     keys = ("type", "default", "min", "max")
                     listed = [None if key not in row else str(row[key]).lower() for key in keys]
                     self.assertEqual(self.printed[row["name"]], listed)
+
+    def test_options_that_the_program_sets_by_itself_are_not_in_its_file(self):
+        for file in ("cutechess-engines.json", "lichess-bot-config.yml"):
+            read, _ = self.READERS[file]
+            names = {name for name, _ in read(self.text(file))}
+            self.assertTrue(names.isdisjoint({"Ponder", "MultiPV"}), file)
+
+    def test_cutechess_and_lichess_bot_start_the_strict_engine(self):
+        (engine,) = json.loads(self.text("cutechess-engines.json"))
+        self.assertEqual("zar-x3-strict", Path(engine["command"]).name)
+        self.assertIn("\n  engine_options:\n    strict: ", self.text("lichess-bot-config.yml"))
 
     def test_all_pictures_of_the_folder_are_shown_and_no_others(self):
         shown = set(re.findall(r"\]\(gui/(\S+\.png)\)", page("gui.md")))
