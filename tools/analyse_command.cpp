@@ -15,7 +15,7 @@
 #include "commands.h"
 #include "fen_text.h"
 #include "in_process.h"
-#include "position.h"
+#include "positions.h"
 #include "progress.h"
 #include "san.h"
 #include "search/types.h"
@@ -30,7 +30,7 @@ constexpr double kMostSeconds = 1e6;
 struct Arguments {
     Effort effort = {.depth = 0, .seconds = kDefaultSeconds};
     int lines = 1;
-    std::vector<std::string> fen;
+    std::vector<std::string> words;
 };
 
 // One best line of an iteration as it was reported last.
@@ -143,24 +143,35 @@ void print_best() {
     std::printf("\nbest move %s\n", san_of(move, root).c_str());
 }
 
-void run(const Arguments& arguments) {
-    const std::string fen = fen_of_words(arguments.fen);
-    in_process_start(arguments.lines);
-    if (const std::string fault = position_fault(root, fen); !fault.empty()) {
-        bad_input("FEN '" + fen + "': " + fault);
+// The position, where the command line does not say it, and what the search finds there.
+void analyse(const Arguments& arguments, int number) {
+    if (arguments.words.empty() || arguments.words[0] == "-") {
+        std::printf("%sposition %s\n", number > 1 ? "\n" : "", fen_of(root).c_str());
     }
     if (board_is_mate(root) || board_is_stalemate(root)) {
         std::printf("%s, no move to search\n", board_is_mate(root) ? "checkmate" : "stalemate");
         return;
     }
-    std::signal(SIGINT, on_interrupt);
-    search_shared.hooks.report_pv = note_line;
-    search_shared.hooks.report_currmove = note_root_move;
-    search_shared.hooks.poll_input = show_progress;
     print_head();
     in_process_search(root, arguments.effort);
     print_iteration();
     print_best();
+}
+
+void run(const Arguments& arguments) {
+    in_process_start(arguments.lines);
+    search_shared.hooks.report_pv = note_line;
+    search_shared.hooks.report_currmove = note_root_move;
+    search_shared.hooks.poll_input = show_progress;
+    PositionInput input = positions_of(arguments.words);
+    while (interrupted == 0 && positions_next(input, root)) {
+        // Only a search can be ended early; whoever waits for a line ends the program.
+        std::signal(SIGINT, on_interrupt);
+        analyse(arguments, input.count);
+        std::fflush(stdout);
+        std::signal(SIGINT, SIG_DFL);
+    }
+    positions_end(input);
 }
 
 }  // namespace
@@ -180,7 +191,7 @@ void add_analyse(CLI::App& app) {
     command->add_option("--multipv", arguments->lines, "best lines to show")
         ->check(CLI::Range(1, kMaxMultiPv))
         ->capture_default_str();
-    command->add_option("FEN", arguments->fen, "position (default: the start position)");
+    command->add_option("FEN", arguments->words, kPositionHelp);
     command->callback([arguments] { run(*arguments); });
 }
 

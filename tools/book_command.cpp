@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "board/fen.h"
 #include "book_faults.h"
 #include "book_file.h"
 #include "book_lines.h"
 #include "commands.h"
-#include "fen_text.h"
+#include "message.h"
+#include "positions.h"
 
 namespace zar::tools {
 
@@ -25,19 +25,13 @@ constexpr int kFailed = 1;
 struct Arguments {
     std::string lines;
     std::string file;
-    std::vector<std::string> fen;
+    std::vector<std::string> words;
 };
-
-// Ends the program with status 1 by way of the command line parser.
-[[noreturn]] void fail(const std::string& text) {
-    std::cerr << text << "\n";
-    throw CLI::RuntimeError(kFailed);
-}
 
 BookFile read_book(const std::string& path) {
     BookFile file;
     if (!book_file_read(path, file)) {
-        fail(path + ": cannot be read");
+        fail(path + ": cannot be read", kFailed);
     }
     return file;
 }
@@ -47,35 +41,44 @@ void make(const Arguments& arguments) {
     BookMoves moves;
     const int faults = book_lines_read(text, arguments.lines, moves);
     if (!text.is_open() || text.bad()) {
-        fail(arguments.lines + ": cannot be read");
+        fail(arguments.lines + ": cannot be read", kFailed);
     }
     if (!book_file_write(arguments.file, book_lines_entries(moves))) {
-        fail(arguments.file + ": cannot be written");
+        fail(arguments.file + ": cannot be written", kFailed);
     }
     if (faults > 0) {
         throw CLI::RuntimeError(kFailed);
     }
 }
 
-void show(const Arguments& arguments) {
-    static Board board;
-    board_from_fen(board, fen_of_words(arguments.fen));
+void show_position(const BookFile& file, const Board& board) {
     std::vector<BookEntry> found;
     int sum = 0;
-    for (const BookEntry& entry : read_book(arguments.file).entries) {
+    for (const BookEntry& entry : file.entries) {
         if (entry.key == board.key) {
             found.push_back(entry);
             sum += entry.weight;
         }
     }
     if (found.empty()) {
-        fail("no move for this position");
+        fail("no move for this position", kFailed);
     }
     for (const BookEntry& entry : found) {
         const double per_cent = sum == 0 ? 0.0 : 100.0 * entry.weight / sum;
         std::printf("%-5s %5d %6.2f%%\n", book_code_name(entry.move).c_str(), entry.weight,
                     per_cent);
     }
+}
+
+void show(const Arguments& arguments) {
+    static Board board;
+    const BookFile file = read_book(arguments.file);
+    PositionInput input = positions_of(arguments.words);
+    while (positions_next(input, board)) {
+        std::printf("%s", input.count > 1 ? "\n" : "");
+        show_position(file, board);
+    }
+    positions_end(input);
 }
 
 void check(const Arguments& arguments) {
@@ -115,7 +118,7 @@ void add_book(CLI::App& app) {
         "List the book's moves of a position with weights and per cent; exit status 1 when it has "
         "none");
     shower->add_option("FILE", arguments->file, "book")->required();
-    shower->add_option("FEN", arguments->fen, "position (default: the start position)");
+    shower->add_option("FEN", arguments->words, kPositionHelp);
     shower->callback([arguments] { show(*arguments); });
 
     CLI::App* checker = command->add_subcommand(

@@ -11,6 +11,7 @@
 #include "board/movegen.h"
 #include "book_file.h"
 #include "move_names.h"
+#include "text_line.h"
 
 namespace zar::tools {
 
@@ -88,8 +89,7 @@ std::optional<std::string> add_line(std::string line, BookMoves& moves) {
 int book_lines_read(std::istream& text, const std::string& name, BookMoves& moves) {
     int faults = 0;
     int number = 0;
-    for (std::string line; std::getline(text, line);) {
-        ++number;
+    for (std::string line; next_line(text, line, number);) {
         if (const std::optional<std::string> fault = add_line(line, moves)) {
             std::cerr << name << ":" << number << ": " << *fault << "\n";
             ++faults;

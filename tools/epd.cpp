@@ -7,6 +7,7 @@
 #include "board/board.h"
 #include "position.h"
 #include "san.h"
+#include "text_line.h"
 
 namespace zar::tools {
 
@@ -85,7 +86,7 @@ std::string read_moves(std::string_view text, const char* opcode, Board& board,
     for (std::string_view word = take_word(text); !word.empty(); word = take_word(text)) {
         const SanMove found = san_read(word, board);
         if (found.fault != nullptr) {
-            return std::string(opcode) + ": '" + std::string(word) + "' " + found.fault;
+            return std::string(opcode) + ": " + in_quotes(word) + " " + found.fault;
         }
         moves.push_back(found.move);
     }
@@ -138,8 +139,7 @@ bool epd_is_solution(const EpdPosition& position, Move move) {
 std::string epd_read(std::istream& text, std::vector<EpdPosition>& positions) {
     const auto board = std::make_unique<Board>();
     int number = 0;
-    for (std::string line; std::getline(text, line);) {
-        ++number;
+    for (std::string line; next_line(text, line, number);) {
         const std::string_view content = without_blanks(line);
         if (content.empty() || content.starts_with('#')) {
             continue;

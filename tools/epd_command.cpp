@@ -12,10 +12,12 @@
 #include "commands.h"
 #include "epd.h"
 #include "in_process.h"
+#include "message.h"
 #include "position.h"
 #include "progress.h"
 #include "san.h"
 #include "search/types.h"
+#include "text_line.h"
 
 namespace zar::tools {
 
@@ -34,10 +36,10 @@ std::vector<EpdPosition> read_suite(const std::string& path) {
     std::vector<EpdPosition> positions;
     const std::string fault = epd_read(text, positions);
     if (!text.is_open() || text.bad()) {
-        bad_input(path + ": cannot be read");
+        fail(path + ": cannot be read", kBadInput);
     }
     if (!fault.empty()) {
-        bad_input(path + ":" + fault);
+        fail(path + ":" + fault, kBadInput);
     }
     return positions;
 }
@@ -58,7 +60,7 @@ std::string moves_text(const char* opcode, const std::vector<Move>& moves, Board
 // The engine's move; any legal move is better than none, and there always is one.
 Move solve(const EpdPosition& position, Board& board, const Effort& effort) {
     if (const std::string fault = position_fault(board, position.fen); !fault.empty()) {
-        bad_input("FEN '" + position.fen + "': " + fault);
+        fail("FEN " + in_quotes(position.fen) + ": " + fault, kBadInput);
     }
     in_process_search(board, effort);
     return search_thread(0).result[0].best_move;

@@ -1,10 +1,7 @@
 #include "in_process.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdio>
-#include <iostream>
 
-#include "commands.h"
 #include "eval/eval.h"
 #include "frontend/option.h"
 #include "frontend/report.h"
@@ -46,11 +43,6 @@ std::string score_text(Score score, Color turn) {
         std::snprintf(text, sizeof text, "%+.2f", sign * score / kPawn);
     }
     return text;
-}
-
-void bad_input(const std::string& text) {
-    std::cerr << "zar-x3-tools: " << text << "\n";
-    throw CLI::RuntimeError(kBadInput);
 }
 
 }  // namespace zar::tools

@@ -27,8 +27,4 @@ void in_process_search(Board& board, const Effort& effort);
 // "+0.33" in pawns or "#-3" in moves to mate, White's view of a score of the side to move.
 [[nodiscard]] std::string score_text(Score score, Color turn);
 
-// Says on standard error what is wrong with the input and ends the program with status 2, by way of
-// the command line parser.
-[[noreturn]] void bad_input(const std::string& text);
-
 }  // namespace zar::tools

@@ -17,6 +17,9 @@
 #include "frontend/option.h"
 #include "move_names.h"
 #include "position.h"
+#include "position_text.h"
+#include "positions.h"
+#include "text_line.h"
 
 namespace zar::tools {
 
@@ -130,15 +133,30 @@ Json inspected(Board& board) {
     return json;
 }
 
-void run(int level) {
+// One object for one text, which may be no position. What stands behind its fields is not looked
+// at.
+void print(Board& board, const std::string& text) {
+    const PositionText parts = position_split(text);
+    std::string error = position_error(board, parts.fen);
+    if (error.empty()) {
+        error = position_play(board, parts.moves);
+    }
+    const Json json = error.empty() ? inspected(board) : Json{{"error", error}};
+    std::cout << json.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
+}
+
+void run(int level, const std::vector<std::string>& words) {
     static Board board;
     option_set("Difficulty Level", std::to_string(level));
     eval_tables_allocate(1);
     eval_apply_weights();
-    for (std::string fen; std::getline(std::cin, fen);) {
-        const std::string error = position_error(board, fen);
-        const Json json = error.empty() ? inspected(board) : Json{{"error", error}};
-        std::cout << json.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
+    if (!words.empty() && (words.size() > 1 || words[0] != "-")) {
+        print(board, positions_of(words).text);
+        return;
+    }
+    int number = 0;
+    for (std::string line; next_line(std::cin, line, number);) {
+        print(board, line);
     }
 }
 
@@ -147,14 +165,18 @@ void run(int level) {
 void add_inspect(CLI::App& app) {
     constexpr int kFullLevel = 10;
     auto level = std::make_shared<int>(kFullLevel);
+    auto words = std::make_shared<std::vector<std::string>>();
     CLI::App* command = app.add_subcommand(
         "inspect",
-        "Describe positions: one FEN a line on standard input, one JSON object a line "
-        "on standard output");
+        "Describe positions: one FEN a line on standard input, one JSON object a line on standard "
+        "output");
     command->add_option("--level", *level, "Difficulty Level that the evaluation is for")
         ->check(CLI::Range(0, kFullLevel))
         ->capture_default_str();
-    command->callback([level] { run(*level); });
+    command->add_option("FEN", *words,
+                        "FEN or startpos, moves M... behind it (default: lines of them on standard "
+                        "input)");
+    command->callback([level, words] { run(*level, *words); });
 }
 
 }  // namespace zar::tools

@@ -6,13 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "board/fen.h"
 #include "board/make.h"
 #include "board/movegen.h"
 #include "board/perft.h"
 #include "commands.h"
-#include "fen_text.h"
 #include "move_names.h"
+#include "positions.h"
 
 namespace zar::tools {
 
@@ -22,7 +21,7 @@ constexpr int kMostDepth = 30;
 
 struct Arguments {
     int depth = 0;
-    std::vector<std::string> fen;
+    std::vector<std::string> words;
     bool divide = false;
 };
 
@@ -40,11 +39,14 @@ void print_divided(Board& board, int depth) {
 
 void run(const Arguments& arguments) {
     static Board board;
-    board_from_fen(board, fen_of_words(arguments.fen));
-    if (arguments.divide && arguments.depth > 0) {
-        print_divided(board, arguments.depth);
+    PositionInput input = positions_of(arguments.words);
+    while (positions_next(input, board)) {
+        if (arguments.divide && arguments.depth > 0) {
+            print_divided(board, arguments.depth);
+        }
+        std::cout << perft(board, arguments.depth) << std::endl;
     }
-    std::cout << perft(board, arguments.depth) << "\n";
+    positions_end(input);
 }
 
 }  // namespace
@@ -58,7 +60,7 @@ void add_perft(CLI::App& app) {
     command->add_option("DEPTH", arguments->depth, "plies")
         ->required()
         ->check(CLI::Range(0, kMostDepth));
-    command->add_option("FEN", arguments->fen, "position (default: the start position)");
+    command->add_option("FEN", arguments->words, kPositionHelp);
     command->add_flag("--divide", arguments->divide, "also print the count behind every move");
     command->callback([arguments] { run(*arguments); });
 }

@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::string_view kTypeLetters = "PNBRQK";  // by PieceType
 constexpr std::string_view kMarks = "+#!?";
+constexpr const char* kNoNotation = "is no move in standard algebraic notation";
 
 char file_letter(Square64 square) { return static_cast<char>('a' + square % 8); }
 
@@ -179,7 +180,7 @@ SanMove san_read(std::string_view text, Board& board) {
     }
     const std::optional<Wanted> wanted = wanted_of(text);
     if (!wanted) {
-        return {kMoveNone, "is no move in standard algebraic notation"};
+        return {kMoveNone, kNoNotation};
     }
     Move found = kMoveNone;
     const MoveList legal = legal_moves(board);
@@ -193,6 +194,17 @@ SanMove san_read(std::string_view text, Board& board) {
         found = move;
     }
     return {found, found == kMoveNone ? "is no legal move" : nullptr};
+}
+
+SanMove move_read(std::string_view text, Board& board) {
+    const MoveList legal = legal_moves(board);
+    for (const Move move : span_of(legal)) {
+        if (name_of(move) == text) {
+            return {move, nullptr};
+        }
+    }
+    const SanMove found = san_read(text, board);
+    return found.fault == kNoNotation ? SanMove{kMoveNone, "is no move"} : found;
 }
 
 std::string san_line(const Move* moves, int most, const Board& board) {

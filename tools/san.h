@@ -26,6 +26,9 @@ struct SanMove {
 // for castling are accepted.
 [[nodiscard]] SanMove san_read(std::string_view text, Board& board);
 
+// The same for a text that may be in coordinates too, "e2e4", written exactly as the engine does.
+[[nodiscard]] SanMove move_read(std::string_view text, Board& board);
+
 // The moves of a list that ends with kMoveNone, separated by blanks, up to the first that is not
 // legal where it stands, and no more than `most` of them.
 [[nodiscard]] std::string san_line(const Move* moves, int most, const Board& board);

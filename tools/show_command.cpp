@@ -14,7 +14,7 @@
 #include "fen_text.h"
 #include "in_process.h"
 #include "move_names.h"
-#include "position.h"
+#include "positions.h"
 #include "san.h"
 
 namespace zar::tools {
@@ -135,24 +135,28 @@ void run(const std::vector<std::string>& words) {
     static Board board;
     eval_tables_allocate(1);
     eval_apply_weights();
-    const std::string fen = fen_of_words(words);
-    if (const std::string fault = position_fault(board, fen); !fault.empty()) {
-        bad_input("FEN '" + fen + "': " + fault);
+    PositionInput input = positions_of(words);
+    while (positions_next(input, board)) {
+        if (input.count > 1) {
+            std::printf("\n");
+        }
+        print_board(board);
+        std::printf("%s\n%s\n", state_text(board).c_str(), fen_of(board).c_str());
+        print_moves(board);
+        print_evaluation(board);
+        std::fflush(stdout);
     }
-    print_board(board);
-    std::printf("%s\n%s\n", state_text(board).c_str(), fen_of(board).c_str());
-    print_moves(board);
-    print_evaluation(board);
+    positions_end(input);
 }
 
 }  // namespace
 
 void add_show(CLI::App& app) {
-    auto fen = std::make_shared<std::vector<std::string>>();
+    auto words = std::make_shared<std::vector<std::string>>();
     CLI::App* command = app.add_subcommand(
         "show", "Draw a position, list its legal moves and tell the evaluation term by term");
-    command->add_option("FEN", *fen, "position (default: the start position)");
-    command->callback([fen] { run(*fen); });
+    command->add_option("FEN", *words, kPositionHelp);
+    command->callback([words] { run(*words); });
 }
 
 }  // namespace zar::tools

@@ -6,7 +6,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from engine import START_FEN, Engine, Process, program_path
+import tool
+from engine import START_FEN, Engine, program_path
 from report import best_move
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -39,15 +40,9 @@ WHITE_PROMOTES = "a2a4 b7b5 a4b5 a7a6 b5a6 c8b7 a6b7 h7h6 b7a8"
 BLACK_PROMOTES = "a2a3 h7h5 g2g4 h5g4 h2h3 g4h3 f1g2 h3g2 a3a4 g2h1"
 
 
-class Tool(Process):
-    def __init__(self, *arguments):
-        super().__init__(program_path("ZAR_X3_TOOLS"), "book", *map(str, arguments))
-
-
-def run_tool(*arguments):
+def run_tool(*arguments, text=None):
     """Output lines, exit status and standard error of a "book" subcommand."""
-    with Tool(*arguments) as tool:
-        return tool.finish()
+    return tool.run_tool("book", *arguments, text=text)
 
 
 def code(text):
@@ -338,8 +333,9 @@ class Show(BookCase):
     def test_bad_arguments(self):
         self.make("e2e4")
         output, status, errors = run_tool("show", self.book, "nonsense")
-        self.assertEqual(([], 1), (output, status))
-        self.assertIn("X-Error", errors)
+        self.assertEqual(([], tool.TOO_BAD), (output, status))
+        fault = "a rank has a character that is neither a man nor a digit from 1 to 8"
+        self.assertEqual(f"zar-x3-tools: FEN 'nonsense': {fault}\n", errors)
         for path in (self.folder / "none.bin", self.folder):
             output, status, errors = run_tool("show", path)
             self.assertEqual(([], 1), (output, status), path)

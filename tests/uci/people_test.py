@@ -1,12 +1,12 @@
 """The tools for people at a terminal: showing a position, analysing it, running a test suite."""
 
 import re
-import signal
 import tempfile
 import unittest
 from pathlib import Path
 
-from engine import START_FEN, Process, Twin, program_path
+from engine import START_FEN, Twin
+from tool import TOO_BAD, Tool, run_tool
 
 KIWIPETE = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1"
 MATE = "rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3"
@@ -26,20 +26,6 @@ BAD_POSITIONS = [
     ("4k3/8/8/8/8/8/8/4K3 w ? - 0 1", "the castling rights are neither '-' nor letters of 'KQkq' in this order"),
     ("4k3/8/8/8/8/8/8/4K3 w - e3 0 1", "the en-passant square is on the wrong rank for the side to move"),
 ]
-
-
-class Tool(Process):
-    def __init__(self, *arguments):
-        super().__init__(program_path("ZAR_X3_TOOLS"), *map(str, arguments))
-
-    def interrupt(self):
-        self._child.send_signal(signal.SIGINT)
-
-
-def run_tool(*arguments):
-    """Output lines, exit status and standard error of the tool without input."""
-    with Tool(*arguments) as tool:
-        return tool.finish()
 
 
 class Show(unittest.TestCase):

@@ -1,10 +1,14 @@
 """The developers' program: counting moves and looking into a position."""
 
 import json
+import os
 import re
+import tempfile
 import unittest
+from pathlib import Path
 
-from engine import START_FEN, Process, Twin, program_path
+from engine import START_FEN, Twin
+from tool import TOO_BAD, Tool, run_tool
 
 KIWIPETE = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1"
 ROOK_ENDING = "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1"
@@ -47,17 +51,6 @@ TERM_KEYS = (
 ).split()
 
 
-class Tool(Process):
-    def __init__(self, *arguments):
-        super().__init__(program_path("ZAR_X3_TOOLS"), *arguments)
-
-
-def run_tool(*arguments):
-    """Output lines, exit status and standard error of the tool without input."""
-    with Tool(*arguments) as tool:
-        return tool.finish()
-
-
 class Perft(unittest.TestCase):
     def test_the_last_line_is_the_total_alone(self):
         for fen, depth, count in COUNTS:
@@ -75,7 +68,8 @@ class Perft(unittest.TestCase):
             self.assertEqual((str(count), 0), (lines[-1], status), depth)
 
     def test_an_empty_position_is_a_bad_one(self):
-        self.assertEqual(([], 1, "X-Error 4EFN1BF3\n"), run_tool("perft", "1", ""))
+        fault = "zar-x3-tools: FEN '': no '/' behind a rank\n"
+        self.assertEqual(([], TOO_BAD, fault), run_tool("perft", "1", ""))
 
     def test_divide_counts_each_move(self):
         with Twin() as twin:
@@ -96,15 +90,19 @@ class Perft(unittest.TestCase):
                     self.assertEqual(twin.ask("perft 1"), str(count), (fen, move))
 
     def test_a_bad_position_is_an_error(self):
-        for fen, code in (
-            ("nonsense", "X-Error 4EFN1BF2"),
-            ("8/8/8/8/8/8/8/8 w - - 0 1", "X-Error 2EB1IP3"),
-            ("7k/8/8/8/8/8/8/K6R w - - 0 1", "X-Error 2EB1IP6"),
+        for fen, fault in (
+            ("nonsense", "a rank has a character that is neither a man nor a digit from 1 to 8"),
+            ("8/8/8/8/8/8/8/8 w - - 0 1", "a colour has no king or more than one"),
+            ("7k/8/8/8/8/8/8/K6R w - - 0 1", "the side that is not to move is in check"),
         ):
-            lines, status, errors = run_tool("perft", "1", fen)
-            self.assertEqual([], lines, fen)
-            self.assertNotEqual(0, status, fen)
-            self.assertIn(code, errors, fen)
+            message = f"zar-x3-tools: FEN '{fen}': {fault}\n"
+            self.assertEqual(([], TOO_BAD, message), run_tool("perft", "1", fen), fen)
+
+    def test_positions_of_standard_input_have_a_total_each(self):
+        text = "".join(f"{fen}\n" for fen, *_ in COUNTS)
+        lines, status, errors = run_tool("perft", 1, text=text)
+        single = [run_tool("perft", 1, fen)[0][-1] for fen, *_ in COUNTS]
+        self.assertEqual((single, 0, ""), (lines, status, errors))
 
 
 class Arguments(unittest.TestCase):
@@ -131,6 +129,126 @@ class Arguments(unittest.TestCase):
             _, status, errors = run_tool(*arguments)
             self.assertGreater(status, 0, arguments)
             self.assertTrue(errors, arguments)
+
+
+class PositionSources(unittest.TestCase):
+    """Where perft, show, analyse and "book show" have their position from."""
+
+    COMMANDS = (
+        ("perft", 2),
+        ("show",),
+        ("analyse", "--depth", 1),
+        ("book", "show", "BOOK"),
+    )
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        lines = self.folder / "lines.txt"
+        lines.write_text("e2e4 e7e5 g1f3\nd2d4\n")
+        self.book = self.folder / "my.ebk"
+        self.assertEqual(([], 0, ""), run_tool("book", "make", lines, self.book))
+
+    def run_command(self, command, *words, **settings):
+        command = [self.book if word == "BOOK" else word for word in command]
+        return run_tool(*command, *words, **settings)
+
+    def answer(self, command, *words, **settings):
+        """The lines without the position that analyse names and without its times."""
+        lines, status, errors = self.run_command(command, *words, **settings)
+        self.assertEqual((0, ""), (status, errors), (command, words))
+        lines = [line for line in lines if not line.startswith("position ")]
+        return [line[:28] if command[0] == "analyse" else line for line in lines]
+
+    def test_standard_input_is_read_where_no_position_is_named(self):
+        behind_e4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"
+        for command in self.COMMANDS:
+            expected = self.answer(command, behind_e4)
+            self.assertNotEqual(self.answer(command, START_FEN), expected, command)
+            for words in ((), ("-",)):
+                found = self.answer(command, *words, text=behind_e4 + "\n")
+                self.assertEqual(expected, found, (command, words))
+
+    def test_a_named_position_leaves_standard_input_alone(self):
+        for command in self.COMMANDS:
+            expected = self.answer(command, START_FEN)
+            self.assertEqual(expected, self.answer(command, "startpos", text="nonsense\n"), command)
+
+    def test_all_forms_of_a_position(self):
+        behind = "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 1"
+        for command in self.COMMANDS:
+            expected = self.answer(command, behind)
+            for text in (
+                "startpos moves e2e4 e7e5",
+                "startpos moves e4 e5",
+                f"fen {behind}",
+                f"fen {START_FEN} moves e2e4 e7e5",
+                f"{START_FEN} moves e2e4 e7e5",
+                f'{behind[:-4]} bm Nf3; id "x";',
+                "position startpos moves e2e4 e7e5",
+            ):
+                self.assertEqual(expected, self.answer(command, text), (command, text))
+                self.assertEqual(expected, self.answer(command, *text.split()), (command, text))
+                for line in (text, f"\xef\xbb\xbf{text}\r", f"\n# here\n  {text}  "):
+                    found = self.answer(command, text=line + "\n")
+                    self.assertEqual(expected, found, (command, line))
+
+    def test_what_cannot_be_used_is_told(self):
+        for text, fault in (
+            ("startpos moves e2e4 e2e4", "'e2e4' is no legal move"),
+            ("startpos moves e2e4 x", "'x' is no move"),
+            ("startpos e2e4", "'e2e4' behind it is neither moves nor operations that end with ';'"),
+            (
+                f"{START_FEN} e2e4 e7e5",
+                "'e2e4 e7e5' behind it is neither moves nor operations that end with ';'",
+            ),
+        ):
+            kind = "position" if text.startswith("startpos") else "FEN"
+            message = f"{kind} '{text}': {fault}\n"
+            for command in self.COMMANDS:
+                found = self.run_command(command, text)
+                self.assertEqual(([], TOO_BAD, "zar-x3-tools: " + message), found, text)
+                _, status, errors = self.run_command(command, text=f"startpos\n\n{text}\n")
+                expected = (TOO_BAD, "zar-x3-tools: standard input:3: " + message)
+                self.assertEqual(expected, (status, errors), (command, text))
+
+    def test_the_positions_behind_a_bad_one_are_answered_too(self):
+        lines, status, _ = run_tool("perft", 1, text=f"startpos\nnonsense\n{KIWIPETE}\n")
+        self.assertEqual((["20", "48"], TOO_BAD), (lines, status))
+
+    def test_an_empty_standard_input_is_no_question(self):
+        message = "zar-x3-tools: standard input: no position in it (startpos is the start position)\n"
+        for command in self.COMMANDS:
+            for text in ("", "\n", "# only a comment\n \n"):
+                found = self.run_command(command, text=text)
+                self.assertEqual(([], TOO_BAD, message), found, (command, text))
+            self.assertEqual(([], TOO_BAD, message), self.run_command(command, "-"), command)
+
+    def test_without_any_input_it_is_the_start_position(self):
+        expected = self.answer(("perft", 2), "startpos")
+        self.assertEqual(["400"], expected)
+        self.assertEqual(expected, self.answer(("perft", 2)))  # the null device
+        main, terminal = os.openpty()
+        self.addCleanup(os.close, main)
+        self.addCleanup(os.close, terminal)
+        with Tool("perft", 2, stdin=terminal) as tool:
+            self.assertEqual((expected, 0, ""), tool.finish())
+        with Tool("perft", 2, stdin=None, preexec_fn=lambda: os.close(0)) as tool:
+            self.assertEqual((expected, 0, ""), tool.finish())
+
+    def test_a_file_is_read_as_a_pipe_is(self):
+        path = self.folder / "positions.txt"
+        path.write_text(f"{KIWIPETE}\n")
+        with path.open() as file, Tool("perft", 1, stdin=file) as tool:
+            self.assertEqual((["48"], 0, ""), tool.finish())
+
+    def test_a_message_is_one_line_whatever_comes(self):
+        for text in ("\0\x1b[31m\x07", "x" * 1_000_000, "\xff\xfe" * 500, "8/" * 10000):
+            lines, status, errors = run_tool("show", text=text + "\n")
+            self.assertEqual(([], TOO_BAD), (lines, status))
+            self.assertRegex(errors, r"^zar-x3-tools: standard input:1: FEN '[^\x00-\x1f]*': .*\n$")
+            self.assertLess(len(errors), 300)
 
 
 class Inspect(unittest.TestCase):
@@ -237,6 +355,39 @@ class Inspect(unittest.TestCase):
                 values[arguments] = self.ask(tool, KIWIPETE)["eval"]
         self.assertEqual(values[()], values["--level", "10"])
         self.assertNotEqual(values[()], values["--level", "3"])
+
+    def test_all_forms_of_a_position_are_understood(self):
+        behind = "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 1"
+        with Tool("inspect") as tool:
+            for text, fen in (
+                ("\xef\xbb\xbf" + KIWIPETE, KIWIPETE),
+                (KIWIPETE + "\r", KIWIPETE),
+                ("startpos", START_FEN),
+                ("startpos\r", START_FEN),
+                ("startpos moves e2e4 e7e5", behind),
+                ("position startpos moves e4 e5", behind),
+                (f"fen {KIWIPETE}", KIWIPETE),
+                (f"{KIWIPETE} c0 \"what stands here does not matter", KIWIPETE),
+                (f"{MATE[:-4]} c0 all moves lose", MATE[:-4] + " 0 1"),
+            ):
+                self.assertEqual(fen, self.ask(tool, text)["fen"], text)
+            illegal = {"error": "'e2e4' is no legal move"}
+            self.assertEqual(illegal, self.ask(tool, "startpos moves e2e4 e2e4"))
+            self.assertEqual(([], 0, ""), tool.finish())
+
+    def test_a_position_of_the_command_line(self):
+        for words, fen in (
+            ((KIWIPETE,), KIWIPETE),
+            (KIWIPETE.split(), KIWIPETE),
+            (("startpos",), START_FEN),
+        ):
+            lines, status, errors = run_tool("inspect", *words, text=MATE + "\n")
+            self.assertEqual((1, 0, ""), (len(lines), status, errors), words)
+            self.assertEqual(fen, json.loads(lines[0])["fen"], words)
+        lines, status, _ = run_tool("inspect", "nonsense")
+        self.assertEqual((['{"error":"X-Error 4EFN1BF2"}'], 0), (lines, status))
+        lines, _, _ = run_tool("inspect", "-", text=STALEMATE + "\n")
+        self.assertEqual(STALEMATE, json.loads(lines[0])["fen"])
 
     def test_the_tool_goes_on_after_an_error(self):
         with Tool("inspect") as tool:

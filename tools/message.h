@@ -1,0 +1,13 @@
+// What the tools say on standard error: one line that begins with their name.
+#pragma once
+
+#include <string>
+
+namespace zar::tools {
+
+void complain(const std::string& text);
+
+// Complains and ends the program with this exit status, by way of the command line parser.
+[[noreturn]] void fail(const std::string& text, int status);
+
+}  // namespace zar::tools
