@@ -15,6 +15,7 @@
 #include "commands.h"
 #include "fen_text.h"
 #include "in_process.h"
+#include "options.h"
 #include "positions.h"
 #include "progress.h"
 #include "san.h"
@@ -25,7 +26,6 @@ namespace zar::tools {
 namespace {
 
 constexpr double kDefaultSeconds = 5;
-constexpr double kMostSeconds = 1e6;
 
 struct Arguments {
     Effort effort = {.depth = 0, .seconds = kDefaultSeconds};
@@ -182,14 +182,10 @@ void add_analyse(CLI::App& app) {
         "analyse",
         "Search a position and print a line for each iteration; scores are White's view, time is "
         "in seconds. Ctrl-C ends the search with what it has");
-    auto* time = command->add_option("--time", arguments->effort.seconds, "seconds to search")
-                     ->check(CLI::Range(0.001, kMostSeconds))
-                     ->capture_default_str();
-    command->add_option("--depth", arguments->effort.depth, "plies to search, instead of a time")
-        ->check(CLI::Range(1, kDeepest))
-        ->excludes(time);
+    command->alias("analyze");
+    add_effort(*command, arguments->effort);
     command->add_option("--multipv", arguments->lines, "best lines to show")
-        ->check(CLI::Range(1, kMaxMultiPv))
+        ->transform(number_between(1, kMaxMultiPv))
         ->capture_default_str();
     command->add_option("FEN", arguments->words, kPositionHelp);
     command->callback([arguments] { run(*arguments); });

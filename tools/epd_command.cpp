@@ -13,6 +13,7 @@
 #include "epd.h"
 #include "in_process.h"
 #include "message.h"
+#include "options.h"
 #include "position.h"
 #include "progress.h"
 #include "san.h"
@@ -24,7 +25,6 @@ namespace zar::tools {
 namespace {
 
 constexpr double kDefaultSeconds = 1;
-constexpr double kMostSeconds = 1e6;
 
 struct Arguments {
     std::string file;
@@ -104,12 +104,7 @@ void add_epd(CLI::App& app) {
         "\"am\". The number before each is its line in the file");
     command->add_option("FILE", arguments->file, "one EPD a line; '#' begins a comment line")
         ->required();
-    auto* time = command->add_option("--time", arguments->effort.seconds, "seconds a position")
-                     ->check(CLI::Range(0.001, kMostSeconds))
-                     ->capture_default_str();
-    command->add_option("--depth", arguments->effort.depth, "plies a position, instead of a time")
-        ->check(CLI::Range(1, kDeepest))
-        ->excludes(time);
+    add_effort(*command, arguments->effort);
     command->callback([arguments] { run(*arguments); });
 }
 

@@ -16,6 +16,7 @@
 #include "fen_text.h"
 #include "frontend/option.h"
 #include "move_names.h"
+#include "options.h"
 #include "position.h"
 #include "position_text.h"
 #include "positions.h"
@@ -171,7 +172,7 @@ void add_inspect(CLI::App& app) {
         "Describe positions: one FEN a line on standard input, one JSON object a line on standard "
         "output");
     command->add_option("--level", *level, "Difficulty Level that the evaluation is for")
-        ->check(CLI::Range(0, kFullLevel))
+        ->transform(number_between(0, kFullLevel))
         ->capture_default_str();
     command->add_option("FEN", *words,
                         "FEN or startpos, moves M... behind it (default: lines of them on standard "

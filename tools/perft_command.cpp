@@ -11,6 +11,7 @@
 #include "board/perft.h"
 #include "commands.h"
 #include "move_names.h"
+#include "options.h"
 #include "positions.h"
 
 namespace zar::tools {
@@ -59,7 +60,7 @@ void add_perft(CLI::App& app) {
                            "total alone");
     command->add_option("DEPTH", arguments->depth, "plies")
         ->required()
-        ->check(CLI::Range(0, kMostDepth));
+        ->transform(number_between(0, kMostDepth));
     command->add_option("FEN", arguments->words, kPositionHelp);
     command->add_flag("--divide", arguments->divide, "also print the count behind every move");
     command->callback([arguments] { run(*arguments); });

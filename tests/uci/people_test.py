@@ -271,28 +271,63 @@ class BadInput(unittest.TestCase):
                 self.assertEqual(([], 2), (lines, status), (arguments, fen))
                 self.assertEqual(f"zar-x3-tools: FEN '{fen}': {fault}\n", errors, arguments)
 
-    def test_wrong_arguments_have_status_2(self):
-        for arguments in (
-            (),
-            ("nonsense",),
-            ("show", "--nonsense"),
-            ("analyse", "--depth", "0"),
-            ("analyse", "--depth", "x"),
-            ("analyse", "--depth", "50"),
-            ("analyse", "--time", "0"),
-            ("analyse", "--time", "1", "--depth", "1"),
-            ("analyse", "--multipv", "5"),
-            ("epd",),
+    def test_wrong_arguments_are_one_line_that_names_them(self):
+        for arguments, fault in (
+            ((), "no command is named"),
+            (("nonsense",), "unknown command 'nonsense'"),
+            (("nonsense", "--help"), "unknown command 'nonsense'"),
+            (("--nonsense", "show"), "unknown option '--nonsense'"),
+            (("book",), "no command behind 'book'"),
+            (("book", "nonsense"), "unknown command 'nonsense'"),
+            (("show", "--nonsense"), "--nonsense"),
+            (("analyse", "--depth", "0"), "--depth: '0' is no number from 1 to 49"),
+            (("analyse", "--depth", "x"), "--depth: 'x' is no number from 1 to 49"),
+            (("analyse", "--depth", "50"), "--depth: '50' is no number from 1 to 49"),
+            (("analyse", "--depth", "0x3"), "--depth: '0x3' is no number from 1 to 49"),
+            (("analyse", "--depth", "2.5"), "--depth: '2.5' is no number from 1 to 49"),
+            (("analyse", "--depth"), "--depth"),
+            (("analyse", "--time", "0"), "--time: '0' is no number from 0.001 to 1e+06"),
+            (("analyse", "--time", "nan"), "--time: 'nan' is no number from 0.001 to 1e+06"),
+            (("analyse", "--time", "1", "--depth", "1"), "--time excludes --depth"),
+            (("analyse", "--multipv", "5"), "--multipv: '5' is no number from 1 to 4"),
+            (("epd",), "FILE is required"),
+            (("perft",), "DEPTH is required"),
+            (("perft", "31"), "DEPTH: '31' is no number from 0 to 30"),
+            (("book", "check", "one", "two"), "two"),
         ):
             lines, status, errors = run_tool(*arguments)
-            self.assertEqual(([], 2), (lines, status), arguments)
-            self.assertTrue(errors, arguments)
+            self.assertEqual(([], TOO_BAD), (lines, status), arguments)
+            self.assertRegex(errors, r"^zar-x3-tools: [^\n]*\n$", arguments)
+            self.assertIn(fault, errors, arguments)
+
+    def test_a_number_with_a_zero_in_front_is_decimal(self):
+        self.assertEqual((["1"], 0, ""), run_tool("perft", "00"))
+        lines, status, _ = run_tool("analyse", "--depth", "010", BARE_KINGS)
+        self.assertEqual((0, "10"), (status, lines[-3].split()[0]))
 
     def test_help_is_everywhere(self):
-        for command, word in (("show", "FEN"), ("analyse", "--multipv"), ("epd", "--time")):
-            lines, status, errors = run_tool(command, "--help")
+        for command, word in (
+            ((), "analyse"),
+            (("perft",), "--divide"),
+            (("inspect",), "--level"),
+            (("show",), "FEN"),
+            (("analyse",), "--multipv"),
+            (("analyze",), "--multipv"),
+            (("epd",), "--time"),
+            (("book",), "make"),
+            (("book", "make"), "LINES"),
+            (("book", "show"), "FEN"),
+            (("book", "check"), "FILE"),
+        ):
+            lines, status, errors = run_tool(*command, "--help")
             self.assertEqual((0, ""), (status, errors), command)
             self.assertIn(word, "\n".join(lines), command)
+            self.assertEqual((lines, status, errors), run_tool(*command, "-h"), command)
+
+    def test_analyse_has_two_spellings(self):
+        for spelling in ("analyse", "analyze"):
+            lines, status, errors = run_tool(spelling, "--depth", 1, BACK_RANK)
+            self.assertEqual((0, "", "best move Rd8#"), (status, errors, lines[-1]), spelling)
 
 
 if __name__ == "__main__":
