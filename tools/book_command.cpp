@@ -12,19 +12,25 @@
 #include "book_faults.h"
 #include "book_file.h"
 #include "book_lines.h"
+#include "book_pgn.h"
 #include "commands.h"
 #include "message.h"
+#include "options.h"
+#include "position_text.h"
 #include "positions.h"
+#include "text_line.h"
 
 namespace zar::tools {
 
 namespace {
 
 constexpr int kFailed = 1;
+constexpr int kMostPlies = 1000000;
 
 struct Arguments {
     std::string lines;
     std::string file;
+    int plies = kMostPlies;
     std::vector<std::string> words;
 };
 
@@ -36,17 +42,43 @@ BookFile read_book(const std::string& path) {
     return file;
 }
 
-void make(const Arguments& arguments) {
-    std::ifstream text(arguments.lines);
-    BookMoves moves;
-    const int faults = book_lines_read(text, arguments.lines, moves);
-    if (!text.is_open() || text.bad()) {
-        fail(arguments.lines + ": cannot be read", kFailed);
+// Takes the text for games or for plain lines by the first line that is not blank.
+void read_lines(std::istream& stream, BookText& text) {
+    static PgnGame game;
+    bool is_known = false;
+    bool is_pgn = false;
+    pgn_start(game);
+    for (std::string line; next_line(stream, line, text.number);) {
+        if (!is_known && !single_blanks(line).empty()) {
+            is_known = true;
+            is_pgn = pgn_begins(line, text.name);
+        }
+        if (is_pgn) {
+            pgn_add_line(game, text, line);
+        } else {
+            book_add_line(text, line);
+        }
     }
-    if (!book_file_write(arguments.file, book_lines_entries(moves))) {
+    pgn_end(game, text);
+}
+
+void make(const Arguments& arguments) {
+    BookText text{.name = arguments.lines, .most_plies = arguments.plies, .moves = {}};
+    std::ifstream stream;
+    if (arguments.lines == "-") {
+        text.name = "standard input";
+        read_lines(std::cin, text);
+    } else {
+        stream.open(arguments.lines);
+        read_lines(stream, text);
+        if (!stream.is_open() || stream.bad()) {
+            fail(arguments.lines + ": cannot be read", kFailed);
+        }
+    }
+    if (!book_file_write(arguments.file, book_entries(text.moves))) {
         fail(arguments.file + ": cannot be written", kFailed);
     }
-    if (faults > 0) {
+    if (text.faults > 0) {
         throw CLI::RuntimeError(kFailed);
     }
 }
@@ -105,12 +137,17 @@ void add_book(CLI::App& app) {
     CLI::App* command = app.add_subcommand("book", "Make, show and check opening books");
     command->require_subcommand(1);
 
-    CLI::App* maker = command->add_subcommand("make",
-                                              "Make a book from lines of moves in coordinate text; "
-                                              "exit status 1 when a line is at fault");
-    maker->add_option("LINES", arguments->lines, "text: \"3: e2e4 e7e5\", # for comments")
+    CLI::App* maker = command->add_subcommand(
+        "make",
+        "Make a book from lines of moves, in coordinates or standard notation, or from games in "
+        "PGN; exit status 1 when a line is at fault");
+    maker
+        ->add_option("LINES", arguments->lines,
+                     "text: \"3: e2e4 e7e5\", # for comments; or PGN; - is standard input")
         ->required();
     maker->add_option("OUT", arguments->file, "book to write")->required();
+    maker->add_option("--plies", arguments->plies, "how much to take of each line (default: all)")
+        ->transform(number_between(1, kMostPlies));
     maker->callback([arguments] { make(*arguments); });
 
     CLI::App* shower = command->add_subcommand(

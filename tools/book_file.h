@@ -10,6 +10,8 @@
 
 namespace zar::tools {
 
+constexpr int kHighestWeight = 65535;  // of an entry
+
 struct BookFile {
     std::vector<BookEntry> entries;  // in the order of the file
     int trailing_bytes;              // behind the last whole entry, 0..15

@@ -27,7 +27,7 @@ namespace zar::tools {
 
 // A text of unknown origin as a part of a message: cut when it is long, and without characters that
 // a terminal might take for commands.
-[[nodiscard]] inline std::string in_quotes(std::string_view text) {
+[[nodiscard]] inline std::string printable(std::string_view text) {
     constexpr std::size_t most = 100;
     std::string shown(text.substr(0, most));
     for (char& letter : shown) {
@@ -36,7 +36,11 @@ namespace zar::tools {
             letter = '?';
         }
     }
-    return "'" + shown + (text.size() > most ? "..." : "") + "'";
+    return shown + (text.size() > most ? "..." : "");
+}
+
+[[nodiscard]] inline std::string in_quotes(std::string_view text) {
+    return "'" + printable(text) + "'";
 }
 
 }  // namespace zar::tools

@@ -259,13 +259,16 @@ class Make(BookCase):
             ("", "e2e4q"),
             ("", "e2e4x"),
             ("", "e2-e4"),
-            ("", "e4"),
-            ("", "Nf3"),
+            ("", "e5"),
+            ("", "Nf4"),
+            ("", "1e4"),
+            ("g1f3 g8f6 b1c3", "f6d5?e7"),
+            ("g1f3 g8f6 d2d3 e7e6", "Nd2"),
             ("", "0000"),
             ("", "null"),
             ("", "e1g1"),
             ("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5", "e1h1"),
-            ("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5", "O-O"),
+            ("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5", "O-O-O"),
             ("e2e4", ":"),
             (mate, "a2a3"),
             (WHITE_PROMOTES.rpartition(" ")[0], "b7a8"),
@@ -298,6 +301,147 @@ class Make(BookCase):
             self.assertRegex(errors, r"^[^\n]+\n$")
             self.assertIn(named, errors)
         self.assertFalse(self.book.exists())
+
+
+class Notation(BookCase):
+    """Lines in standard notation."""
+
+    def test_a_line_may_be_in_either_notation_or_both(self):
+        for coordinates, *others in (
+            (KING_SIDE, "e4 e5 Nf3 Nf6 Be2 Be7 O-O O-O", "e4 e7e5 Nf3! Ng8f6 f1e2 Be7 0-0 e8g8"),
+            (QUEEN_SIDE, "d4 d5 Bf4 Bf5 Nc3 Nc6 Qd2 Qd7 O-O-O O-O-O"),
+            (WHITE_PROMOTES + "n", "a4 b5 axb5 a6 bxa6 Bb7 axb7 h6 bxa8=N"),
+            (BLACK_PROMOTES + "q", "a3 h5 g4 hxg4 h3 gxh3 Bg2 hxg2 a4 gxh1=Q"),
+            ("f2f3 e7e5 g2g4 d8h4", "f3 e5 g4 Qh4# 0-1", "f3?! e5 g4?? Qh4"),
+        ):
+            expected = self.make("3: " + coordinates)
+            for other in others:
+                self.assertEqual(expected, self.make("3: " + other), other)
+
+    def test_numbers_marks_and_results_mean_no_move(self):
+        expected = self.make("2: e2e4 e7e5 g1f3", "d2d4")
+        for line in (
+            "2: 1. e4 e5 2. Nf3",
+            "2: 1.e4 e5 2.Nf3 1/2-1/2",
+            "2: 1. e4 1... e5 2. Nf3 *",
+            "2: 1.e4 $1 1...e5 e.p. 2.g1f3 $14 1-0",
+        ):
+            self.assertEqual(expected, self.make(line, "1. d4"), line)
+
+    def test_the_number_of_plies_can_be_limited(self):
+        self.lines.write_text("e4 e5 Nf3 Nc6 nonsense\n3: d4\n")
+        self.assertEqual(([], 0, ""), run_tool("make", "--plies", 2, self.lines, self.book))
+        found = unpacked(self.book.read_bytes())
+        self.assertEqual(found, self.make("e2e4 e7e5", "3: d2d4"))
+
+    def test_a_text_may_come_from_elsewhere(self):
+        expected = self.make("e2e4 e7e5", "d2d4")
+        for text in ("\xef\xbb\xbfe4 e5\nd4\n", "\xef\xbb\xbf1. e4 e5\r\nd4\r\n"):
+            self.assertEqual(([], 0, ""), run_tool("make", "-", self.book, text=text))
+            self.assertEqual(expected, unpacked(self.book.read_bytes()), text)
+        _, status, errors = run_tool("make", "-", self.book, text="e4 e4\n")
+        message = "standard input:1: e4 is no legal move, the rest of the line is dropped\n"
+        self.assertEqual((1, message), (status, errors))
+
+
+class Games(BookCase):
+    """Books from games in PGN."""
+
+    TAGS = '[Event "A game"]\n[White "One, \\"two\\""]\n[Result "1-0"]\n\n'
+
+    def games(self, text, *arguments):
+        """The entries that games without a fault come to."""
+        self.lines.write_bytes(text.encode("latin-1"))
+        found = run_tool("make", *arguments, self.lines, self.book)
+        self.assertEqual(([], 0, ""), found, text)
+        return unpacked(self.book.read_bytes())
+
+    def faulty_games(self, text):
+        """The entries that are left, and the messages without the path."""
+        self.lines.write_bytes(text.encode("latin-1"))
+        output, status, errors = run_tool("make", self.lines, self.book)
+        self.assertEqual(([], 1), (output, status), text)
+        messages = [line.removeprefix(f"{self.lines}:") for line in errors.splitlines()]
+        return unpacked(self.book.read_bytes()), messages
+
+    def test_games_are_lines_of_weight_1(self):
+        text = (
+            f"{self.TAGS}1. e4 e5 2. Nf3 Nc6\n3. Bb5 1-0\n\n"
+            f"{self.TAGS}1. e4 c5 1/2-1/2\n\n{self.TAGS}1.d4 *\n"
+        )
+        expected = self.make("e2e4 e7e5 g1f3 b8c6 f1b5", "e2e4 c7c5", "d2d4")
+        self.assertEqual(expected, self.games(text))
+        self.assertEqual(expected, self.games("\xef\xbb\xbf" + text.replace("\n", "\r\n")))
+        self.assertEqual(expected, self.games("\n\n" + text))
+
+    def test_what_is_no_move_of_the_game_is_passed_over(self):
+        expected = self.make("e2e4 e7e5 g1f3 b8c6 f1b5")
+        for moves in (
+            "1. e4 {best (by test) [%clk 1:00] $3} e5 2. Nf3 Nc6 3. Bb5",
+            "1. e4 {a comment\n[Event of] 2. h4\n% lines} e5 2. Nf3 Nc6 3. Bb5",
+            "1. e4 e5 ; 2. h4 h5 {\n2. Nf3 Nc6 3. Bb5",
+            "%1. h4 {\n1. e4 e5 2. Nf3 Nc6 3. Bb5",
+            "1. e4 (1. d4 d5 (1... Nf6 {)} 2. c4) 2. c4) e5 2. Nf3 Nc6 3. Bb5",
+            "1.e4$1e5 $14 2.Nf3!?$2(2.f4)Nc6{a}3.Bb5",
+            "1. e4! e5?? 2. Nf3!! Nc6!? 3. Bb5?!",
+            "1. e2e4 e5 2. Ng1f3 Nc6 3. Bb5",
+        ):
+            self.assertEqual(expected, self.games(f"{self.TAGS}{moves} 1-0\n"), moves)
+
+    def test_texts_that_begin_otherwise(self):
+        expected = self.make("e2e4 e7e5")
+        for begin in ("{a comment} ", "% a line\n", "; a line\n"):
+            self.assertEqual(expected, self.games(begin + "1. e4\ne5 *\n"), begin)
+        self.lines = self.folder / "bare.pgn"
+        self.assertEqual(expected, self.games("1. e4\ne5 *\n"))
+
+    def test_the_number_of_plies_can_be_limited(self):
+        expected = self.make("e2e4 e7e5", "d2d4 d7d5")
+        text = f"{self.TAGS}1. e4 e5 2. Nf3 1-0\n{self.TAGS}1. d4 d5 2. nonsense 1-0\n"
+        self.assertEqual(expected, self.games(text, "--plies", 2))
+
+    def test_a_game_may_begin_elsewhere(self):
+        fen = "4k3/8/8/8/8/8/4P3/4K3 w - - 0 1"
+        for tags in (f'[Event "x"]\n[FEN "{fen}"]\n', f'[FEN "{fen}"]\n[Event "x"]\n'):
+            self.games(f"{tags}\n1. e4 Ke7 *\n\n{self.TAGS}1. e3 *\n")
+            self.assertEqual([("e2e4", 1, 100.0)], self.show(fen))
+            self.assertEqual([("e2e3", 1, 100.0)], self.show())
+
+    def test_a_game_without_moves_or_result_leaves_nothing_behind(self):
+        fen = "4k3/8/8/8/8/8/4P3/4K3 w - - 0 1"
+        for rest in ("", "\n", "\n*\n", "\n1-0\n\n"):
+            text = f'{self.TAGS}[FEN "{fen}"]\n{rest}\n{self.TAGS}1. d4 *\n'
+            self.assertEqual(self.make("d2d4"), self.games(text), rest)
+
+    def test_a_fault_costs_the_rest_of_its_game(self):
+        good = f"{self.TAGS}1. d4 d5 *\n"
+        for game, line, word in (
+            ("1. e4 e5\n2. Ke3 Ke7 *\n", 6, "Ke3 is no legal move, the rest of the game"),
+            ("1. e4 e5 2. nonsense 1-0\n", 5, "nonsense is no move, the rest of the game"),
+            ("1. e4 e5 2. -- *\n", 5, "-- is no move, the rest of the game"),
+            ("1. e4 e5 2. \x1b[31m *\n", 5, "?[31m is no move, the rest of the game"),
+            ("1. e4 e5 (2. h4\n\n", 7, "a variation of the game before is not closed"),
+        ):
+            entries, messages = self.faulty_games(self.TAGS + game + good)
+            self.assertEqual(1, len(messages), messages)
+            self.assertTrue(messages[0].startswith(f"{line}: {word}"), messages)
+            self.assertEqual(self.make("e2e4 e7e5", "d2d4 d7d5"), entries, game)
+
+    def test_a_bad_start_costs_its_game(self):
+        text = f'[Event "x"]\n[FEN "nonsense"]\n\n1. e4 *\n\n{self.TAGS}1. d4 *\n'
+        entries, messages = self.faulty_games(text)
+        self.assertEqual(self.make("d2d4"), entries)
+        self.assertRegex(messages[0], "^2: FEN: a rank has .*, the game is dropped$")
+
+    def test_a_comment_that_is_not_closed_is_told(self):
+        entries, messages = self.faulty_games(f"{self.TAGS}1. e4 {{never\n{self.TAGS}1. d4 *\n")
+        self.assertEqual(self.make("e2e4"), entries)
+        self.assertEqual(["5: a comment is not closed, what is behind it is dropped"], messages)
+
+    def test_names_that_are_no_text(self):
+        for path in (self.folder, self.folder / "none.pgn"):
+            message = f"zar-x3-tools: {path}: cannot be read\n"
+            self.assertEqual(([], 1, message), run_tool("make", path, self.book))
 
 
 class Show(BookCase):
