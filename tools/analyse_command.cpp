@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cinttypes>
-#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -15,6 +14,7 @@
 #include "commands.h"
 #include "fen_text.h"
 #include "in_process.h"
+#include "interrupt.h"
 #include "options.h"
 #include "positions.h"
 #include "progress.h"
@@ -52,10 +52,6 @@ struct Iteration {
 
 Iteration iteration;
 Board root;
-
-volatile std::sig_atomic_t interrupted = 0;
-
-void on_interrupt(int) { interrupted = 1; }
 
 const char* bound_mark(Bound bound) {
     // A bound of the side to move's score is the other one from White's view when Black moves.
@@ -133,7 +129,7 @@ bool show_progress() {
                       self.root_index + 1, self.root.size, self.nodes, self.statistics.elapsed);
         progress_show(text, false);
     }
-    return interrupted != 0;
+    return interrupted();
 }
 
 // The move that the engine would play: the best of the last iteration, broken off or not, in which
@@ -164,12 +160,12 @@ void run(const Arguments& arguments) {
     search_shared.hooks.report_currmove = note_root_move;
     search_shared.hooks.poll_input = show_progress;
     PositionInput input = positions_of(arguments.words);
-    while (interrupted == 0 && positions_next(input, root)) {
+    while (!interrupted() && positions_next(input, root)) {
         // Only a search can be ended early; whoever waits for a line ends the program.
-        std::signal(SIGINT, on_interrupt);
+        interrupt_watch();
         analyse(arguments, input.count);
         std::fflush(stdout);
-        std::signal(SIGINT, SIG_DFL);
+        interrupt_forget();
     }
     positions_end(input);
 }

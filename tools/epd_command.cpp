@@ -2,9 +2,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +14,7 @@
 #include "commands.h"
 #include "epd.h"
 #include "in_process.h"
+#include "interrupt.h"
 #include "message.h"
 #include "options.h"
 #include "position.h"
@@ -25,6 +28,8 @@ namespace zar::tools {
 namespace {
 
 constexpr double kDefaultSeconds = 1;
+constexpr int kNothingSolved = 1;
+constexpr int kInterrupted = 130;  // what shells give a program that Ctrl-C has ended
 
 struct Arguments {
     std::string file;
@@ -32,8 +37,14 @@ struct Arguments {
 };
 
 std::vector<EpdPosition> read_suite(const std::string& path) {
-    std::ifstream text(path);
     std::vector<EpdPosition> positions;
+    if (path == "-") {
+        if (const std::string fault = epd_read(std::cin, positions); !fault.empty()) {
+            fail("standard input:" + fault, kBadInput);
+        }
+        return positions;
+    }
+    std::ifstream text(path);
     const std::string fault = epd_read(text, positions);
     if (!text.is_open() || text.bad()) {
         fail(path + ": cannot be read", kBadInput);
@@ -68,30 +79,69 @@ Move solve(const EpdPosition& position, Board& board, const Effort& effort) {
 
 void print_position(const EpdPosition& position, Move move, Board& board) {
     const char* verdict = epd_is_solution(position, move) ? "solved" : "failed";
-    std::printf("%4d  %s  %-7s depth %2d %s%s%s%s\n", position.line, verdict,
-                san_of(move, board).c_str(), search_thread(0).result[0].depth,
+    std::printf("%4d  %s  %-7s depth %2d %8.2f s %11" PRIu64 " nodes %s%s%s%s\n", position.line,
+                verdict, san_of(move, board).c_str(), search_thread(0).result[0].depth,
+                search_thread(0).statistics.elapsed, in_process_nodes(),
                 moves_text("bm", position.best, board).c_str(),
                 moves_text("am", position.avoid, board).c_str(), position.id.empty() ? "" : "  ",
-                position.id.c_str());
+                printable(position.id).c_str());
 }
 
-void run(const Arguments& arguments) {
-    static Board board;
-    const std::vector<EpdPosition> positions = read_suite(arguments.file);
-    in_process_start(1);
+// What the searches of a suite came to.
+struct Summary {
+    std::size_t searched = 0;
     std::size_t solved = 0;
-    for (std::size_t i = 0; i < positions.size(); ++i) {
-        const EpdPosition& position = positions[i];
-        progress_show(progress_bar(i, positions.size()), true);
-        const Move move = solve(position, board, arguments.effort);
-        solved += epd_is_solution(position, move) ? 1 : 0;
+    double seconds = 0;
+    std::uint64_t nodes = 0;
+};
+
+void print_summary(const Summary& summary, std::size_t all) {
+    constexpr double percent = 100;
+    const double share = summary.searched == 0 ? 0.0
+                                               : percent * static_cast<double>(summary.solved) /
+                                                     static_cast<double>(summary.searched);
+    std::printf("\n%" PRIu64 " nodes in %.2f s\n%zu of %zu solved (%.1f %%)", summary.nodes,
+                summary.seconds, summary.solved, summary.searched, share);
+    if (summary.searched < all) {
+        std::printf(", %zu not searched", all - summary.searched);
+    }
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+Summary search_suite(const std::vector<EpdPosition>& positions, const Effort& effort) {
+    static Board board;
+    Summary summary;
+    for (const EpdPosition& position : positions) {
+        progress_show(progress_bar(summary.searched, positions.size()), true);
+        const Move move = solve(position, board, effort);
         progress_clear();
+        if (interrupted()) {
+            break;  // an answer that was not given its time is none
+        }
+        ++summary.searched;
+        summary.solved += epd_is_solution(position, move) ? 1 : 0;
+        summary.seconds += search_thread(0).statistics.elapsed;
+        summary.nodes += in_process_nodes();
         print_position(position, move, board);
         std::fflush(stdout);
     }
-    constexpr double kPercent = 100;
-    std::printf("\n%zu of %zu solved (%.1f %%)\n", solved, positions.size(),
-                kPercent * static_cast<double>(solved) / static_cast<double>(positions.size()));
+    return summary;
+}
+
+void run(const Arguments& arguments) {
+    const std::vector<EpdPosition> positions = read_suite(arguments.file);
+    in_process_start(1);
+    search_shared.hooks.poll_input = interrupted;
+    interrupt_watch();
+    const Summary summary = search_suite(positions, arguments.effort);
+    print_summary(summary, positions.size());
+    if (interrupted()) {
+        throw CLI::RuntimeError(kInterrupted);
+    }
+    if (summary.solved == 0) {
+        throw CLI::RuntimeError(kNothingSolved);
+    }
 }
 
 }  // namespace
@@ -101,8 +151,12 @@ void add_epd(CLI::App& app) {
     CLI::App* command = app.add_subcommand(
         "epd",
         "Search the positions of a test suite: solved when the move is one of \"bm\" and none of "
-        "\"am\". The number before each is its line in the file");
-    command->add_option("FILE", arguments->file, "one EPD a line; '#' begins a comment line")
+        "\"am\". The number before each is its line in the file. Ctrl-C ends it with the summary "
+        "so "
+        "far; exit status 1 when nothing is solved");
+    command
+        ->add_option("FILE", arguments->file,
+                     "one EPD a line; '#' begins a comment line; - is standard input")
         ->required();
     add_effort(*command, arguments->effort);
     command->callback([arguments] { run(*arguments); });

@@ -33,6 +33,14 @@ void in_process_search(Board& board, const Effort& effort) {
     search_run(board);
 }
 
+std::uint64_t in_process_nodes() {
+    std::uint64_t nodes = 0;
+    for (int thread = 0; thread < search_shared.thread_count; ++thread) {
+        nodes += search_thread(thread).nodes;
+    }
+    return nodes;
+}
+
 std::string score_text(Score score, Color turn) {
     constexpr double kPawn = 100;
     const int sign = turn == kWhite ? 1 : -1;

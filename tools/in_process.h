@@ -1,6 +1,7 @@
 // The engine's search within the tools: one thread, full strength, no opening book.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "board/board.h"
@@ -23,6 +24,9 @@ void in_process_start(int lines);
 // Searches with an empty hash table; the results are then in search_thread(0). Hooks may be set
 // before.
 void in_process_search(Board& board, const Effort& effort);
+
+// The nodes of all threads in the search that has ended.
+[[nodiscard]] std::uint64_t in_process_nodes();
 
 // "+0.33" in pawns or "#-3" in moves to mate, White's view of a score of the side to move.
 [[nodiscard]] std::string score_text(Score score, Color turn);

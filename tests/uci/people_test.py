@@ -1,11 +1,14 @@
 """The tools for people at a terminal: showing a position, analysing it, running a test suite."""
 
+import os
 import re
+import signal
+import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
-from engine import START_FEN, Twin
+from engine import HANG_LIMIT, START_FEN, Twin, program_path
 from tool import TOO_BAD, Tool, run_tool
 
 KIWIPETE = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1"
@@ -208,6 +211,10 @@ class Analyse(unittest.TestCase):
 
 
 class Epd(unittest.TestCase):
+    ROW = re.compile(
+        r"(?P<begin>.*depth +\d+) +(?P<time>\d+\.\d\d) s +(?P<nodes>\d+) nodes(?P<end>  .*)"
+    )
+
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
@@ -228,17 +235,71 @@ class Epd(unittest.TestCase):
             4,
         )
         self.assertEqual((0, ""), (status, errors))
+        rows = [self.ROW.fullmatch(line) for line in lines[:-3]]
+        self.assertNotIn(None, rows, lines)
         self.assertEqual(
             [
                 "   2  solved  Rd8#    depth  4  bm Rd8#  back rank",
                 "   3  failed  Rd1#    depth  4  am Rd1#",
                 "   5  solved  Rd1#    depth  4  bm Rd1# Kb8 am Ka7",
                 "   6  failed  Rd8#    depth  4  bm Kb2",
-                "",
-                "2 of 4 solved (50.0 %)",
             ],
-            [re.sub(r"depth +\d+", "depth  4", line) for line in lines],
+            [row["begin"] + row["end"] for row in rows],
         )
+        self.assertEqual(["", "2 of 4 solved (50.0 %)"], [lines[-3], lines[-1]])
+        total = re.fullmatch(r"(\d+) nodes in (\d+\.\d\d) s", lines[-2])
+        self.assertEqual(sum(int(row["nodes"]) for row in rows), int(total[1]))
+        seconds = sum(float(row["time"]) for row in rows)
+        self.assertAlmostEqual(seconds, float(total[2]), delta=0.01 * len(rows))
+
+    def test_the_nodes_are_those_of_the_analysis(self):
+        lines, _, _ = self.epd(f"{KIWIPETE} am a3;\n", "--depth", 6)
+        analysis, _, _ = run_tool("analyse", "--depth", 6, KIWIPETE)
+        self.assertEqual(analysis[-3].split()[2], self.ROW.fullmatch(lines[0])["nodes"])
+
+    def test_the_status_is_1_when_nothing_is_solved(self):
+        for text, expected in (
+            (f"{BACK_RANK} am Rd8;\n" * 2, (1, "0 of 2 solved (0.0 %)")),
+            (f"{BACK_RANK} am Rd8;\n{BACK_RANK} bm Rd8;\n", (0, "1 of 2 solved (50.0 %)")),
+        ):
+            lines, status, errors = self.epd(text, "--depth", 2)
+            self.assertEqual((*expected, ""), (status, lines[-1], errors), text)
+
+    def test_an_interrupt_ends_it_with_the_summary_so_far(self):
+        self.path.write_text(f"{BACK_RANK} bm Rd8;\n{KIWIPETE} bm O-O;\n{KIWIPETE} bm a3;\n")
+        with Tool("epd", "--time", 100000, self.path) as tool:
+            first = tool.read_line()
+            tool.interrupt()
+            rest, status, errors = tool.finish()
+        nodes = self.ROW.fullmatch(first)["nodes"]
+        self.assertEqual((130, ""), (status, errors))
+        self.assertEqual("1 of 1 solved (100.0 %), 2 not searched", rest[-1])
+        self.assertEqual("", rest[0])
+        self.assertRegex(rest[1], rf"^{nodes} nodes in \d+\.\d\d s$")
+
+    def test_an_interrupt_in_the_first_position(self):
+        self.path.write_text(f"{KIWIPETE} bm O-O;\n")
+        main, terminal = os.openpty()
+        self.addCleanup(os.close, main)
+        child = subprocess.Popen(
+            [program_path("ZAR_X3_TOOLS"), "epd", "--time", "100000", self.path], stdout=terminal
+        )
+        os.close(terminal)
+        output = os.read(main, 1)  # the bar: it is about to search
+        child.send_signal(signal.SIGINT)
+        self.assertEqual(130, child.wait(HANG_LIMIT))
+        while not output.endswith(b"not searched\r\n"):
+            output += os.read(main, 65536)  # an error at its end
+        self.assertIn(b"0 nodes in 0.00 s\r\n0 of 0 solved (0.0 %), 1 not searched\r\n", output)
+
+    def test_a_suite_may_come_through_standard_input(self):
+        text = f"\xef\xbb\xbf{BACK_RANK} bm Rd8;\r\n"
+        lines, status, _ = run_tool("epd", "--depth", 2, "-", text=text)
+        self.assertEqual((0, "1 of 1 solved (100.0 %)"), (status, lines[-1]))
+        lines, status, errors = run_tool("epd", "-", text="nonsense\n")
+        fault = "standard input:1: a rank has a character that is neither"
+        self.assertEqual(([], TOO_BAD), (lines, status))
+        self.assertIn(f"zar-x3-tools: {fault}", errors)
 
     def test_a_time_for_each_position(self):
         lines, status, _ = self.epd(f"{BACK_RANK} bm Rd8;\n", "--time", "0.05")
