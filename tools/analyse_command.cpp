@@ -29,7 +29,7 @@ constexpr double kDefaultSeconds = 5;
 
 struct Arguments {
     Effort effort = {.depth = 0, .seconds = kDefaultSeconds};
-    int lines = 1;
+    Settings settings;
     std::vector<std::string> words;
 };
 
@@ -52,6 +52,9 @@ struct Iteration {
 
 Iteration iteration;
 Board root;
+bool has_numbers = false;  // are the lines of an iteration numbered?
+int depth_limit = 0;       // the last iteration, 0 when there is none
+bool is_mate_proven = false;
 
 const char* bound_mark(Bound bound) {
     // A bound of the side to move's score is the other one from White's view when Black moves.
@@ -67,10 +70,11 @@ const char* bound_mark(Bound bound) {
 }
 
 void print_head() {
-    std::printf("%5s %9s %12s %10s %8s  %s\n", "depth", "score", "nodes", "nps", "time", "line");
+    std::printf("%5s%s %9s %12s %10s %8s  %s\n", "depth", has_numbers ? "  no" : "", "score",
+                "nodes", "nps", "time", "line");
 }
 
-void print_row(const Row& row) {
+void print_row(const Row& row, std::size_t number) {
     std::string score = bound_mark(row.bound);
     score += score_text(row.score, root.turn);
     std::string speed = "-";
@@ -79,8 +83,12 @@ void print_row(const Row& row) {
         const double nps = static_cast<double>(row.nodes) / row.seconds + rounding;
         speed = std::to_string(static_cast<std::uint64_t>(nps));
     }
-    std::printf("%5d %9s %12" PRIu64 " %10s %8.2f  %s\n", row.depth, score.c_str(), row.nodes,
-                speed.c_str(), row.seconds, row.moves.c_str());
+    char number_text[8] = "";
+    if (has_numbers) {
+        std::snprintf(number_text, sizeof number_text, " %3zu", number);
+    }
+    std::printf("%5d%s %9s %12" PRIu64 " %10s %8.2f  %s\n", row.depth, number_text, score.c_str(),
+                row.nodes, speed.c_str(), row.seconds, row.moves.c_str());
 }
 
 // Prints the iteration, best line first, and forgets it.
@@ -89,9 +97,26 @@ void print_iteration() {
     const auto end = iteration.rows.begin() + static_cast<std::ptrdiff_t>(iteration.count);
     std::stable_sort(iteration.rows.begin(), end,
                      [](const Row& a, const Row& b) { return a.score > b.score; });
-    std::for_each(iteration.rows.begin(), end, print_row);
+    for (std::size_t i = 0; i < iteration.count; ++i) {
+        print_row(iteration.rows[i], i + 1);
+    }
     std::fflush(stdout);
     iteration.count = 0;
+}
+
+// A mate that is not further away than the search has looked in all directions.
+bool is_proven(const Row& row) {
+    return score_is_mate(row.score) && row.bound == kBoundExact &&
+           kMateScore - std::abs(row.score) <= row.depth;
+}
+
+// Would more iterations bring nothing? Asked when the last line has a new best move too, but the
+// search ends only where that line does, which asks again.
+bool is_settled() {
+    is_mate_proven = std::all_of(
+        iteration.rows.begin(),
+        iteration.rows.begin() + static_cast<std::ptrdiff_t>(iteration.count), is_proven);
+    return is_mate_proven || (depth_limit > 0 && iteration.depth >= depth_limit);
 }
 
 // A line has a new best move or is finished.
@@ -99,7 +124,7 @@ void note_line(int thread) {
     if (thread != 0) {
         return;
     }
-    const SearchThread& self = search_thread(thread);
+    SearchThread& self = search_thread(thread);
     const auto index = static_cast<std::size_t>(self.pv_index);
     const RootResult& result = self.result[index];
     iteration.depth = self.iteration_depth;
@@ -107,9 +132,11 @@ void note_line(int thread) {
     iteration.rows[index] = {result.depth,
                              result.score,
                              result.bound,
-                             self.nodes,
+                             self.nodes * static_cast<std::uint64_t>(search_shared.thread_count),
                              stopwatch_elapsed(self.stopwatch),
                              san_line(result.pv.data(), kMaxPly, root)};
+    const bool is_last_line = self.pv_index == search_shared.last_pv_index;
+    self.stop.store(is_last_line && is_settled(), std::memory_order_relaxed);
 }
 
 // A root move is about to be searched: the first of an iteration closes the one before.
@@ -132,11 +159,17 @@ bool show_progress() {
     return interrupted();
 }
 
-// The move that the engine would play: the best of the last iteration, broken off or not, in which
-// it found any.
-void print_best() {
+// Why the search ended before its time, if it did, and the move that the engine would play: the
+// best of the last iteration, broken off or not, in which it found any.
+void print_best(bool is_cut_short) {
     const Move move = search_thread(0).result[0].best_move;
-    std::printf("\nbest move %s\n", san_of(move, root).c_str());
+    std::printf("\n");
+    if (search_shared.root_moves.size == 1) {
+        std::printf("the only legal move\n");
+    } else if (is_mate_proven && !is_cut_short) {
+        std::printf("the mate is proven\n");
+    }
+    std::printf("best move %s\n", san_of(move, root).c_str());
 }
 
 // The position, where the command line does not say it, and what the search finds there.
@@ -149,13 +182,17 @@ void analyse(const Arguments& arguments, int number) {
         return;
     }
     print_head();
+    is_mate_proven = false;
     in_process_search(root, arguments.effort);
     print_iteration();
-    print_best();
+    const double elapsed = search_thread(0).statistics.elapsed;
+    print_best(interrupted() || (depth_limit == 0 && elapsed >= arguments.effort.seconds));
 }
 
 void run(const Arguments& arguments) {
-    in_process_start(arguments.lines);
+    has_numbers = arguments.settings.lines > 1;
+    depth_limit = arguments.effort.depth;
+    in_process_start(arguments.settings);
     search_shared.hooks.report_pv = note_line;
     search_shared.hooks.report_currmove = note_root_move;
     search_shared.hooks.poll_input = show_progress;
@@ -167,6 +204,7 @@ void run(const Arguments& arguments) {
         std::fflush(stdout);
         interrupt_forget();
     }
+    in_process_end();
     positions_end(input);
 }
 
@@ -180,7 +218,8 @@ void add_analyse(CLI::App& app) {
         "in seconds. Ctrl-C ends the search with what it has");
     command->alias("analyze");
     add_effort(*command, arguments->effort);
-    command->add_option("--multipv", arguments->lines, "best lines to show")
+    add_settings(*command, arguments->settings);
+    command->add_option("--multipv", arguments->settings.lines, "best lines to show")
         ->transform(number_between(1, kMaxMultiPv))
         ->capture_default_str();
     command->add_option("FEN", arguments->words, kPositionHelp);

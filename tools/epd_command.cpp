@@ -34,6 +34,7 @@ constexpr int kInterrupted = 130;  // what shells give a program that Ctrl-C has
 struct Arguments {
     std::string file;
     Effort effort = {.depth = 0, .seconds = kDefaultSeconds};
+    Settings settings;
 };
 
 std::vector<EpdPosition> read_suite(const std::string& path) {
@@ -131,10 +132,11 @@ Summary search_suite(const std::vector<EpdPosition>& positions, const Effort& ef
 
 void run(const Arguments& arguments) {
     const std::vector<EpdPosition> positions = read_suite(arguments.file);
-    in_process_start(1);
+    in_process_start(arguments.settings);
     search_shared.hooks.poll_input = interrupted;
     interrupt_watch();
     const Summary summary = search_suite(positions, arguments.effort);
+    in_process_end();
     print_summary(summary, positions.size());
     if (interrupted()) {
         throw CLI::RuntimeError(kInterrupted);
@@ -159,6 +161,7 @@ void add_epd(CLI::App& app) {
                      "one EPD a line; '#' begins a comment line; - is standard input")
         ->required();
     add_effort(*command, arguments->effort);
+    add_settings(*command, arguments->settings);
     command->callback([arguments] { run(*arguments); });
 }
 

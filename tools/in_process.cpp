@@ -8,17 +8,22 @@
 #include "search/budget.h"
 #include "search/driver.h"
 #include "search/hash.h"
+#include "search/workers.h"
 
 namespace zar::tools {
 
-void in_process_start(int lines) {
+void in_process_start(const Settings& settings) {
     option_set("Own Book", "false");
-    option_set("MultiPV", std::to_string(lines));
-    search_shared.thread_count = 1;
-    hash_alloc(hash_table, option_get_int("Hash"));
+    option_set("MultiPV", std::to_string(settings.lines));
+    option_set("Difficulty Level", std::to_string(settings.level));
+    search_shared.thread_count = settings.threads;
+    hash_alloc(hash_table, settings.hash);
     eval_tables_allocate(search_shared.thread_count);
     eval_apply_weights();
+    threads_create();
 }
+
+void in_process_end() { threads_end(); }
 
 void in_process_search(Board& board, const Effort& effort) {
     hash_clear(hash_table);

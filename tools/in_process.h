@@ -1,4 +1,4 @@
-// The engine's search within the tools: one thread, full strength, no opening book.
+// The engine's search within the tools, without an opening book.
 #pragma once
 
 #include <cstdint>
@@ -15,11 +15,22 @@ struct Effort {
     double seconds = 0;
 };
 
-// The deepest iteration that the engine makes.
+// The deepest iteration that the engine makes, at full strength.
 constexpr int kDeepest = 49;
 
-// Ready to set positions up and to search, with so many best lines (1..4).
-void in_process_start(int lines);
+// The engine's options of these names.
+struct Settings {
+    int threads = 1;  // 1..4
+    int hash = 256;   // megabytes, 16..1024
+    int level = 10;   // Difficulty Level, 0..10
+    int lines = 1;    // MultiPV, 1..4
+};
+
+// Ready to set positions up and to search.
+void in_process_start(const Settings& settings);
+
+// Ends the threads.
+void in_process_end();
 
 // Searches with an empty hash table; the results are then in search_thread(0). Hooks may be set
 // before.

@@ -32,4 +32,7 @@ template <typename Number>
 // --time and --depth, of which only one can be given.
 void add_effort(CLI::App& command, Effort& effort);
 
+// --threads, --hash and --level.
+void add_settings(CLI::App& command, Settings& settings);
+
 }  // namespace zar::tools

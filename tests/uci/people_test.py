@@ -2,13 +2,14 @@
 
 import os
 import re
+import resource
 import signal
 import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
-from engine import HANG_LIMIT, START_FEN, Twin, program_path
+from engine import HANG_LIMIT, START_FEN, Twin, is_sanitizer_build, program_path
 from tool import TOO_BAD, Tool, run_tool
 
 KIWIPETE = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1"
@@ -127,18 +128,20 @@ class Show(unittest.TestCase):
 
 class Analyse(unittest.TestCase):
     ROW = re.compile(
-        r" +(?P<depth>\d+) +(?P<bound>[<>]=)?(?P<score>[+-]\d+\.\d\d|#-?\d+) +(?P<nodes>\d+)"
+        r" +(?P<depth>\d+)(?P<number> +[1-4])? +(?P<bound>[<>]=)?(?P<score>[+-]\d+\.\d\d|#-?\d+) +(?P<nodes>\d+)"
         r" +(?P<nps>\d+|-) +(?P<time>\d+\.\d\d)  (?P<line>\S.*)"
     )
 
-    def analyse(self, *arguments):
-        """The rows and the best move."""
+    def analyse(self, *arguments, reason=None):
+        """The rows and the best move; the reason is what stands before the move, if anything."""
         lines, status, errors = run_tool("analyse", *arguments)
         self.assertEqual((0, ""), (status, errors), arguments)
-        self.assertEqual("depth score nodes nps time line".split(), lines[0].split())
-        self.assertEqual("", lines[-2], arguments)
-        rows = [self.ROW.fullmatch(line) for line in lines[1:-2]]
+        end = lines.index("")
+        self.assertEqual([reason] if reason else [], lines[end + 1 : -1], arguments)
+        rows = [self.ROW.fullmatch(line) for line in lines[1:end]]
         self.assertNotIn(None, rows, lines)
+        number = "no " if rows[0]["number"] else ""
+        self.assertEqual(f"depth {number}score nodes nps time line".split(), lines[0].split())
         return rows, lines[-1].removeprefix("best move ")
 
     def test_a_line_for_each_iteration(self):
@@ -165,7 +168,7 @@ class Analyse(unittest.TestCase):
 
     def test_mate_is_counted_in_moves_from_whites_view(self):
         for fen, score, move in ((BACK_RANK, "#1", "Rd8#"), (BLACK_MATES, "#-1", "Rd1#")):
-            rows, best = self.analyse("--depth", 4, fen)
+            rows, best = self.analyse("--depth", 4, fen, reason="the mate is proven")
             self.assertEqual((score, move, move), (rows[-1]["score"], rows[-1]["line"], best), fen)
 
     def test_scores_are_whites_view(self):
@@ -180,11 +183,81 @@ class Analyse(unittest.TestCase):
             scores = [float(row["score"]) for row in group]
             self.assertEqual(sorted(scores, reverse=True), scores)
             self.assertEqual(3, len({row["line"].split()[0] for row in group}))
+            self.assertEqual([1, 2, 3], [int(row["number"]) for row in group])
         self.assertEqual(best, rows[-3]["line"].split()[0])
+
+    def test_a_single_line_has_no_number(self):
+        rows, _ = self.analyse("--depth", 2, KIWIPETE)
+        self.assertEqual([None, None], [row["number"] for row in rows])
+
+    def test_a_proven_mate_ends_the_search(self):
+        """Not further away than the iteration is deep, and no iteration later than that."""
+        for fen, plies in (
+            (BACK_RANK, 1),
+            (BLACK_MATES, 1),
+            ("8/8/8/8/8/5k2/4q3/6K1 w - - 0 1", 2),
+            ("k7/8/2K5/8/8/8/8/1R6 w - - 0 1", 3),
+            ("7k/8/8/8/8/8/1R6/R3K3 w - - 0 1", 3),
+            ("7k/8/5K2/8/8/8/1R6/8 b - - 0 1", 4),
+        ):
+            with Tool("analyse", "--time", 100000, fen) as tool:
+                lines, status, errors = tool.finish()
+            self.assertEqual((0, ""), (status, errors), fen)
+            rows = [row for row in map(self.ROW.fullmatch, lines) if row]
+            mate = abs(int(rows[-1]["score"].removeprefix("#")))
+            side_mates = (rows[-1]["score"][1] != "-") == (" w " in fen)
+            self.assertEqual(plies, 2 * mate - 1 if side_mates else 2 * mate, fen)
+            self.assertGreaterEqual(int(rows[-1]["depth"]), plies, fen)
+            for row in rows[:-1]:
+                proven = row["score"] == rows[-1]["score"] and int(row["depth"]) >= plies
+                self.assertFalse(proven and not row["bound"], (fen, row[0]))
+
+    def test_lines_that_are_no_mates_are_searched_on(self):
+        rows, best = self.analyse("--depth", 5, "--multipv", 2, BACK_RANK)
+        self.assertEqual((5, "Rd8#"), (int(rows[-1]["depth"]), best))
+        self.assertEqual(("#1", "1"), (rows[-2]["score"], rows[-2]["number"].strip()))
+
+    def test_an_only_move_is_searched_to_depth_4_at_most(self):
+        fen = "k7/8/8/8/8/8/8/1R2K3 b - - 0 1"
+        for arguments, depth in (
+            (("--time", 100000), 4),
+            (("--depth", 20), 4),
+            (("--depth", 2), 2),
+        ):
+            rows, best = self.analyse(*arguments, fen, reason="the only legal move")
+            self.assertEqual((depth, "Ka7"), (int(rows[-1]["depth"]), best), arguments)
+
+    def test_a_level_changes_the_search_and_its_depth(self):
+        for level, depth in ((0, 1), (2, 5)):
+            rows, _ = self.analyse("--time", 100000, "--level", level, KIWIPETE)
+            self.assertEqual(depth, int(rows[-1]["depth"]))
+        full, _ = self.analyse("--depth", 5, "--level", 10, KIWIPETE)
+        self.assertEqual(full[-1][0][:28], self.analyse("--depth", 5, KIWIPETE)[0][-1][0][:28])
+        self.assertNotEqual(full[-1]["nodes"], rows[-1]["nodes"])
+
+    def test_several_threads_search_and_end(self):
+        for threads in (2, 4):
+            rows, best = self.analyse("--depth", 9, "--threads", threads, "--hash", 16, KIWIPETE)
+            self.assertEqual(9, int(rows[-1]["depth"]))
+            self.assertIn(best, " ".join(run_tool("show", KIWIPETE)[0]).split())
+            self.assertEqual(0, int(rows[-1]["nodes"]) % threads)
+
+    @unittest.skipIf(
+        is_sanitizer_build(program_path("ZAR_X3_TOOLS")), "a sanitizer needs the whole address space"
+    )
+    def test_the_size_of_the_table(self):
+        def limit_memory():
+            resource.setrlimit(resource.RLIMIT_AS, (400 << 20, 400 << 20))
+
+        for megabytes, expected in ((16, (0, "")), (1024, (1, "X-Error 7EU1MA1\n"))):
+            arguments = ("analyse", "--depth", 1, "--hash", megabytes, START_FEN)
+            with Tool(*arguments, preexec_fn=limit_memory) as tool:
+                self.assertEqual(expected, tool.finish()[1:])
 
     def test_fewer_moves_than_lines(self):
         rows, _ = self.analyse("--depth", 2, "--multipv", 4, "7k/8/8/8/8/8/R7/7K b - - 0 1")
         self.assertEqual([1, 1, 1, 2, 2, 2], [int(row["depth"]) for row in rows])
+        self.assertEqual([1, 2, 3] * 2, [int(row["number"]) for row in rows])
 
     def test_a_time_ends_the_search(self):
         rows, best = self.analyse("--time", "0.05", START_FEN)
@@ -351,6 +424,9 @@ class BadInput(unittest.TestCase):
             (("analyse", "--time", "nan"), "--time: 'nan' is no number from 0.001 to 1e+06"),
             (("analyse", "--time", "1", "--depth", "1"), "--time excludes --depth"),
             (("analyse", "--multipv", "5"), "--multipv: '5' is no number from 1 to 4"),
+            (("analyse", "--threads", "0"), "--threads: '0' is no number from 1 to 4"),
+            (("analyse", "--hash", "8"), "--hash: '8' is no number from 16 to 1024"),
+            (("epd", "--level", "11", "x.epd"), "--level: '11' is no number from 0 to 10"),
             (("epd",), "FILE is required"),
             (("perft",), "DEPTH is required"),
             (("perft", "31"), "DEPTH: '31' is no number from 0 to 30"),
