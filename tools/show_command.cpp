@@ -49,6 +49,14 @@ std::string state_text(Board& board) {
     return board_is_check(board) ? side + ", in check" : side;
 }
 
+// As in the records of games; null while it goes on.
+const char* result_text(Board& board) {
+    if (board_is_mate(board)) {
+        return board.turn == kWhite ? "0-1" : "1-0";
+    }
+    return board_is_stalemate(board) ? "1/2-1/2" : nullptr;
+}
+
 void print_moves(Board& board) {
     MoveList legal;
     gen_legal_moves(legal, board);
@@ -143,7 +151,12 @@ void run(const std::vector<std::string>& words) {
         print_board(board);
         std::printf("%s\n%s\n", state_text(board).c_str(), fen_of(board).c_str());
         print_moves(board);
-        print_evaluation(board);
+        // There is nothing to expect of a game that is over, though the evaluation has a number.
+        if (const char* result = result_text(board)) {
+            std::printf("result %s\n", result);
+        } else {
+            print_evaluation(board);
+        }
         std::fflush(stdout);
     }
     positions_end(input);

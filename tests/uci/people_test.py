@@ -103,6 +103,20 @@ class Show(unittest.TestCase):
         ):
             self.assertIn(text, self.show(fen), fen)
 
+    def test_a_finished_game_has_a_result_and_no_evaluation(self):
+        for fen, result in (
+            (MATE, "0-1"),
+            ("7k/6Q1/6K1/8/8/8/8/8 b - - 0 1", "1-0"),
+            (STALEMATE, "1/2-1/2"),
+        ):
+            lines = self.show(fen)
+            self.assertEqual(["0 legal moves", "", f"result {result}"], lines[-3:], fen)
+            self.assertFalse([line for line in lines if "evaluation" in line or "pawns" in line])
+        for fen in (START_FEN, "4k3/8/8/8/8/8/4q3/4K3 w - - 0 1"):
+            lines = self.show(fen)
+            self.assertTrue(lines[-1].startswith("evaluation"), fen)
+            self.assertFalse([line for line in lines if "result" in line], fen)
+
     def test_the_terms_add_up(self):
         for fen in (START_FEN, KIWIPETE, BACK_RANK, BLACK_MATES, BLACK_IS_AHEAD):
             pairs = self.pairs(self.show(fen))
