@@ -3,6 +3,7 @@
 import json
 import os
 import re
+import shlex
 import tempfile
 import unittest
 from pathlib import Path
@@ -103,6 +104,51 @@ class Perft(unittest.TestCase):
         lines, status, errors = run_tool("perft", 1, text=text)
         single = [run_tool("perft", 1, fen)[0][-1] for fen, *_ in COUNTS]
         self.assertEqual((single, 0, ""), (lines, status, errors))
+
+
+class Pages(unittest.TestCase):
+    """The pages that list the commands, against the program."""
+
+    ROOT = Path(__file__).resolve().parents[2]
+
+    def listed(self, *command):
+        """The names under a heading of the help: the subcommands."""
+        lines, _, _ = run_tool(*command, "--help")
+        rows = lines[lines.index("Subcommands:") + 1 :]
+        return [line.split()[0].rstrip(",") for line in rows if line]
+
+    def commands(self):
+        names = self.listed()
+        names.remove("book")
+        return sorted(names + [f"book {name}" for name in self.listed("book")])
+
+    def test_the_manual_page_has_all_commands_and_their_options(self):
+        page = (self.ROOT / "docs" / "man" / "zar-x3-tools.6.in").read_text("utf-8")
+        items = re.findall(r"^\.It Cm (.*)$", page, re.MULTILINE)
+        self.assertEqual(self.commands(), sorted(items))
+        synopsis = page.partition(".Sh SYNOPSIS")[2].partition(".Sh DESCRIPTION")[0]
+        forms = re.findall(r"^\.Nm\n\.Cm (.*)\n((?:\.[^N].*\n)*)", synopsis, re.MULTILINE)
+        self.assertEqual(self.commands(), sorted(name for name, _ in forms))
+        for name, form in forms:
+            lines, _, _ = run_tool(*name.split(), "--help")
+            options = set(re.findall(r"^  --(\w+)", "\n".join(lines), re.MULTILINE))
+            self.assertEqual(options, set(re.findall(r"Fl -(\w+)", form)), name)
+
+    def test_the_readme_has_all_commands(self):
+        readme = (self.ROOT / "README.md").read_text("utf-8")
+        section = readme.partition("\n## Tools\n")[2].partition("\n## ")[0]
+        rows = re.findall(r"^\| `(.*)` \|", section, re.MULTILINE)
+        self.assertEqual(self.commands(), sorted(rows))
+
+    def test_the_examples_of_the_readme_are_as_it_says(self):
+        readme = (self.ROOT / "README.md").read_text("utf-8")
+        section = readme.partition("\n## Tools\n")[2].partition("\n## ")[0]
+        example = r"^    \$ zar-x3-tools (perft .*)\n((?:    [^$].*\n)*)"
+        found = re.findall(example, section, re.MULTILINE)
+        self.assertEqual(2, len(found))
+        for words, answer in found:
+            lines, status, _ = run_tool(*shlex.split(words))
+            self.assertEqual((0, answer.split()), (status, " ".join(lines).split()), words)
 
 
 class Arguments(unittest.TestCase):
@@ -218,7 +264,8 @@ class PositionSources(unittest.TestCase):
         self.assertEqual((["20", "48"], TOO_BAD), (lines, status))
 
     def test_an_empty_standard_input_is_no_question(self):
-        message = "zar-x3-tools: standard input: no position in it (startpos is the start position)\n"
+        fault = "standard input: no position in it (startpos is the start position)"
+        message = f"zar-x3-tools: {fault}\n"
         for command in self.COMMANDS:
             for text in ("", "\n", "# only a comment\n \n"):
                 found = self.run_command(command, text=text)
