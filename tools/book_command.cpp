@@ -66,8 +66,9 @@ void make(const Arguments& arguments) {
     BookText text{.name = arguments.lines, .most_plies = arguments.plies, .moves = {}};
     std::ifstream stream;
     if (arguments.lines == "-") {
-        text.name = "standard input";
+        text.name = kStandardInput;
         read_lines(std::cin, text);
+        fail_if_input_is_broken(kFailed);
     } else {
         stream.open(arguments.lines);
         read_lines(stream, text);

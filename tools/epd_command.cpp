@@ -37,23 +37,32 @@ struct Arguments {
     Settings settings;
 };
 
-std::vector<EpdPosition> read_suite(const std::string& path) {
+// Ends the program when the text cannot be used.
+std::vector<EpdPosition> read_positions(std::istream& text, const std::string& name) {
     std::vector<EpdPosition> positions;
-    if (path == "-") {
-        if (const std::string fault = epd_read(std::cin, positions); !fault.empty()) {
-            fail("standard input:" + fault, kBadInput);
-        }
-        return positions;
-    }
-    std::ifstream text(path);
     const std::string fault = epd_read(text, positions);
-    if (!text.is_open() || text.bad()) {
-        fail(path + ": cannot be read", kBadInput);
+    if (&text == &std::cin) {
+        fail_if_input_is_broken(kBadInput);
+    }
+    if (text.bad()) {
+        fail(name + ": cannot be read", kBadInput);
     }
     if (!fault.empty()) {
-        fail(path + ":" + fault, kBadInput);
+        const bool has_line = fault[0] >= '0' && fault[0] <= '9';
+        fail(name + (has_line ? ":" : ": ") + fault, kBadInput);
     }
     return positions;
+}
+
+std::vector<EpdPosition> read_suite(const std::string& path) {
+    if (path == "-") {
+        return read_positions(std::cin, kStandardInput);
+    }
+    std::ifstream text(path);
+    if (!text.is_open()) {
+        fail(path + ": cannot be read", kBadInput);
+    }
+    return read_positions(text, path);
 }
 
 std::string moves_text(const char* opcode, const std::vector<Move>& moves, Board& board) {

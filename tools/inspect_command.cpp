@@ -15,6 +15,7 @@
 #include "eval/eval.h"
 #include "fen_text.h"
 #include "frontend/option.h"
+#include "message.h"
 #include "move_names.h"
 #include "options.h"
 #include "position.h"
@@ -159,6 +160,7 @@ void run(int level, const std::vector<std::string>& words) {
     for (std::string line; next_line(std::cin, line, number);) {
         print(board, line);
     }
+    fail_if_input_is_broken(kBadInput);
 }
 
 }  // namespace

@@ -13,8 +13,6 @@ namespace zar::tools {
 
 namespace {
 
-constexpr const char* kInputName = "standard input";
-
 // The next line that has a position; false when there is none.
 bool next_text(PositionInput& input) {
     if (!input.from_lines) {
@@ -53,15 +51,20 @@ bool positions_next(PositionInput& input, Board& board) {
             return true;
         }
         ++input.faults;
-        complain(input.from_lines ? kInputName + (":" + std::to_string(input.line)) + ": " + fault
-                                  : fault);
+        complain(input.from_lines
+                     ? kStandardInput + (":" + std::to_string(input.line)) + ": " + fault
+                     : fault);
     }
     return false;
 }
 
 void positions_end(const PositionInput& input) {
+    if (input.from_lines) {
+        fail_if_input_is_broken(kBadInput);
+    }
     if (input.count == 0 && input.faults == 0) {
-        complain(std::string(kInputName) + ": no position in it (startpos is the start position)");
+        complain(std::string(kStandardInput) +
+                 ": no position in it (startpos is the start position)");
     }
     if (input.count == 0 || input.faults > 0) {
         throw CLI::RuntimeError(kBadInput);

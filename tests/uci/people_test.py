@@ -399,7 +399,7 @@ class Epd(unittest.TestCase):
             (good + good + f"{BACK_RANK} am Qd8;\n", ":3: am: 'Qd8' is no legal move"),
             (f"{BACK_RANK} id \"x\";\n", ":1: neither bm nor am is there"),
             (good + "nonsense\n", f":2: {BAD_POSITIONS[0][1]}"),
-            ("# nothing\n", ":no position in it"),
+            ("# nothing\n", ": no position in it"),
         ):
             lines, status, errors = self.epd(text)
             self.assertEqual(([], 2), (lines, status), text)

@@ -290,6 +290,19 @@ class PositionSources(unittest.TestCase):
         with path.open() as file, Tool("perft", 1, stdin=file) as tool:
             self.assertEqual((["48"], 0, ""), tool.finish())
 
+    def test_a_folder_is_no_standard_input(self):
+        message = "zar-x3-tools: standard input: cannot be read\n"
+        made = self.folder / "made.ebk"
+        commands = [("inspect",), ("epd", "-"), ("book", "make", "-", made)]
+        for command in (*self.COMMANDS, *commands):
+            command = [self.book if word == "BOOK" else word for word in command]
+            folder = os.open(self.folder, os.O_RDONLY)
+            self.addCleanup(os.close, folder)
+            with Tool(*command, stdin=folder) as tool:
+                status = 1 if "make" in command else TOO_BAD
+                self.assertEqual(([], status, message), tool.finish(), command)
+        self.assertFalse(made.exists())
+
     def test_a_message_is_one_line_whatever_comes(self):
         for text in ("\0\x1b[31m\x07", "x" * 1_000_000, "\xff\xfe" * 500, "8/" * 10000):
             lines, status, errors = run_tool("show", text=text + "\n")
