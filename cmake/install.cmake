@@ -1,7 +1,8 @@
 # What "cmake --install" puts where, below the prefix. The components:
 #   Runtime        the engine, its tools and the opening book
-#   Documentation  README, changelog, docs/ and the manual pages
-# Tools and book are there when ZAR_BUILD_TOOLS is on. The engine needs none of the other files.
+#   Documentation  README, changelog, docs/, what these refer to, and the manual pages
+# Tools and book are there when ZAR_BUILD_TOOLS is on; where they are not, the installation says so.
+# The engine needs none of the other files.
 include(GNUInstallDirs)
 include(release_date)
 
@@ -24,6 +25,14 @@ foreach(page ${manual_pages})
     install(FILES "${PROJECT_BINARY_DIR}/man/${page}.6" DESTINATION "${CMAKE_INSTALL_MANDIR}/man6"
             COMPONENT Documentation)
 endforeach()
-install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Documentation)
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION "${CMAKE_INSTALL_DOCDIR}"
+        COMPONENT Documentation)
 install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Documentation
         PATTERN man EXCLUDE)
+
+# Last, behind the list of what was installed.
+if(NOT ZAR_BUILD_TOOLS)
+    install(CODE "message(\"-- Left out: zar-x3-tools, its manual page and the opening book, which want \"
+                          \"libcli11-dev and nlohmann-json3-dev\")"
+            COMPONENT Runtime)
+endif()

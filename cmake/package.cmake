@@ -1,17 +1,43 @@
 # The target "packages": archives of the installed files with their checksums, in packages/ of the
-# build tree: a .tar.xz that may be unpacked anywhere, and a .deb where Debian's tools are. Both need
-# zar-x3-tools, which makes the book.
-if(WIN32 OR NOT ZAR_BUILD_TOOLS)
+# build tree: a .tar.xz that may be unpacked anywhere, and a .deb on Debian. Both need zar-x3-tools,
+# which makes the book. Where something is missing, the target says what and fails.
+if(WIN32)
     return()
 endif()
 set(ZAR_PACKAGE_CONTACT "the ZAR-X3 authors <zar-x3@packages.invalid>"
     CACHE STRING "Who answers for the packages: a name and an address in angle brackets")
 
-find_program(DPKG_SHLIBDEPS dpkg-shlibdeps)
-mark_as_advanced(DPKG_SHLIBDEPS)
+# What the packages lack here, as Debian packages. On a system without Debian's tools there is no .deb.
+set(packages_lack ${tools_lack})
 set(CPACK_GENERATOR TXZ)
-if(DPKG_SHLIBDEPS)
+find_program(DPKG dpkg)
+find_program(DPKG_SHLIBDEPS dpkg-shlibdeps)
+find_program(FILE_UTILITY file)
+mark_as_advanced(DPKG DPKG_SHLIBDEPS FILE_UTILITY)
+if(DPKG)
     list(APPEND CPACK_GENERATOR DEB)
+    if(NOT DPKG_SHLIBDEPS)
+        list(APPEND packages_lack dpkg-dev)
+    endif()
+    if(NOT FILE_UTILITY)
+        list(APPEND packages_lack file)
+    endif()
+endif()
+# Told at once, and not behind minutes of building.
+set(obstacle "")
+if(packages_lack)
+    string(JOIN " " lacking ${packages_lack})
+    set(obstacle "install ${lacking}, and configure again")
+elseif(NOT ZAR_BUILD_TOOLS)
+    set(obstacle "configure with ZAR_BUILD_TOOLS=ON")
+endif()
+if(obstacle)
+    add_custom_target(
+        packages
+        COMMAND "${CMAKE_COMMAND}" -E echo "To make the packages, ${obstacle}."
+        COMMAND "${CMAKE_COMMAND}" -E false
+        VERBATIM)
+    return()
 endif()
 
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/packages")
