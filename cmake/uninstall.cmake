@@ -1,0 +1,26 @@
+# Removes what the last "make install" has installed below a prefix, and the folders of ours that are
+# empty then. To be run with cmake -D manifest=FILE -D prefix=FOLDER -P; DESTDIR is the environment's.
+if(NOT EXISTS "${manifest}")
+    message(FATAL_ERROR "Nothing is known to be installed: there is no ${manifest}")
+endif()
+file(STRINGS "${manifest}" files)
+foreach(file ${files})
+    string(FIND "${file}" "${prefix}/" place)
+    if(NOT place EQUAL 0)
+        message(FATAL_ERROR "The last installation was not below ${prefix}: it has ${file}")
+    endif()
+    message("-- Removing: $ENV{DESTDIR}${file}")
+    file(REMOVE "$ENV{DESTDIR}${file}")
+endforeach()
+
+# The longest paths first, so that a folder comes behind those within it.
+list(TRANSFORM files REPLACE "/[^/]*$" "" OUTPUT_VARIABLE folders)
+list(FILTER folders INCLUDE REGEX "/zar-x3(/|$)")
+list(SORT folders ORDER DESCENDING)
+list(REMOVE_DUPLICATES folders)
+foreach(folder ${folders})
+    file(GLOB rest "$ENV{DESTDIR}${folder}/*")
+    if(NOT rest)
+        file(REMOVE_RECURSE "$ENV{DESTDIR}${folder}")
+    endif()
+endforeach()
