@@ -2,7 +2,12 @@
 # binutils-mingw-w64-x86-64 of Debian. The variant "posix" has the threads and semaphores of C++.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
-set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
+find_program(CROSS_COMPILER x86_64-w64-mingw32-g++-posix)
+if(NOT CROSS_COMPILER)
+    message(FATAL_ERROR "Missing: x86_64-w64-mingw32-g++-posix. On Debian, install "
+                        "g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64")
+endif()
+set(CMAKE_CXX_COMPILER "${CROSS_COMPILER}")
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
 # The compiler's own libraries go into the program, so that it needs none but the system's.
