@@ -1,5 +1,6 @@
 """The lines of a search: their form, their order, and what they say about each other."""
 
+import functools
 import re
 import time
 import unittest
@@ -16,6 +17,8 @@ POSITIONS = [
     "4k3/P6p/8/8/8/8/p6P/4K3 w - - 0 1",
     "8/8/1p1k4/p1p2p1p/P1P2P1P/1P1K4/8/8 b - - 3 40",
 ]
+# How deep each of them is searched with so many lines.
+DEPTHS = {1: 8, 2: 6, 3: 6, 4: 7}
 # Positions with their number of legal moves.
 FEW_MOVES = [
     ("7r/8/8/8/8/1k6/8/K7 w - - 0 1", 1),
@@ -33,6 +36,25 @@ MATES = [
 ]
 
 
+@functools.cache
+def searched(fen, lines_wanted):
+    """The lines of a fresh engine's search with "TLCV fix". Most tests look at the same searches,
+    each of which is the same every time but for its times."""
+    with Engine.ready(TLCV_fix="true", MultiPV=lines_wanted) as engine:
+        engine.set_position(fen)
+        return tuple(engine.go(f"depth {DEPTHS[lines_wanted]}"))
+
+
+def tables(lines):
+    """The tables that a search prints, each a list of rows."""
+    found = []
+    for pv in pv_lines(lines):
+        if pv.multipv == 1:
+            found.append([])
+        found[-1].append(pv)
+    return found
+
+
 class Lines(unittest.TestCase):
     def assert_known(self, lines, fen):
         for line in lines:
@@ -41,25 +63,25 @@ class Lines(unittest.TestCase):
 
     def test_every_line_has_a_known_form(self):
         for fen in POSITIONS:
-            for lines_wanted in (1, 3):
-                with Engine.ready(TLCV_fix="true", MultiPV=lines_wanted) as engine:
-                    engine.set_position(fen)
-                    self.assert_known(engine.go("depth 6"), fen)
+            for lines_wanted in DEPTHS:
+                self.assert_known(searched(fen, lines_wanted), fen)
 
     def test_the_lines_at_the_end(self):
         for fen in POSITIONS:
-            with self.subTest(fen=fen), Engine.ready(TLCV_fix="true") as engine:
-                engine.set_position(fen)
-                lines = engine.go("depth 6")
+            with self.subTest(fen=fen):
+                lines = searched(fen, 1)
+                wanted = DEPTHS[1]
                 last_pv = pv_lines(lines)[-1]
                 best, ponder = best_move(lines), ponder_move(lines)
-                # depth 6 always leaves a second move in these positions
+                # this depth always leaves a second move in these positions
                 self.assertIsNotNone(ponder, lines[-1])
                 hashfull, final, viewer, bestmove = lines[-4:]
                 self.assertRegex(hashfull, r"^info hashfull \d+$")
-                self.assertEqual(f"info depth 6 score cp {last_pv.value} pv {best} {ponder}", final)
+                self.assertEqual(
+                    f"info depth {wanted} score cp {last_pv.value} pv {best} {ponder}", final
+                )
                 depth, score, _, nodes, moves = report.VIEWER_LINE.fullmatch(viewer).groups()
-                self.assertEqual(("6", str(last_pv.value)), (depth, score), viewer)
+                self.assertEqual((str(wanted), str(last_pv.value)), (depth, score), viewer)
                 self.assertEqual(last_pv.nodes + 50000, int(nodes), viewer)
                 self.assertEqual(f"{best} {ponder}", moves, viewer)
                 self.assertEqual(f"bestmove {best} ponder {ponder}", bestmove)
@@ -67,9 +89,8 @@ class Lines(unittest.TestCase):
 
     def test_viewer_lines_repeat_the_line_before(self):
         for fen in POSITIONS[:3]:
-            with self.subTest(fen=fen), Engine.ready(TLCV_fix="true", MultiPV=2) as engine:
-                engine.set_position(fen)
-                lines = engine.go("depth 5")
+            with self.subTest(fen=fen):
+                lines = searched(fen, 2)
                 pairs = [
                     (parse_pv(line), behind)
                     for line, behind in zip(lines, lines[1:])
@@ -111,14 +132,13 @@ class Lines(unittest.TestCase):
 
     def test_depth_nodes_and_time_never_fall(self):
         for fen in POSITIONS:
-            with self.subTest(fen=fen), Engine.ready() as engine:
-                engine.set_position(fen)
-                pvs = pv_lines(engine.go("depth 7"))
+            with self.subTest(fen=fen):
+                pvs = pv_lines(searched(fen, 1))
                 for before, after in zip(pvs, pvs[1:]):
                     self.assertLessEqual(before.depth, after.depth, (before, after))
                     self.assertLessEqual(before.nodes, after.nodes, (before, after))
                     self.assertLessEqual(before.time, after.time, (before, after))
-                self.assertEqual(set(range(1, 8)), {pv.depth for pv in pvs})
+                self.assertEqual(set(range(1, DEPTHS[1] + 1)), {pv.depth for pv in pvs})
 
     def test_hashfull_is_printed_once_at_the_end(self):
         for fen in POSITIONS:
@@ -215,9 +235,8 @@ class Scores(unittest.TestCase):
     def test_bounds_are_reported_where_the_window_is_narrow(self):
         seen = set()
         for fen in POSITIONS:
-            with self.subTest(fen=fen), Engine.ready() as engine:
-                engine.set_position(fen)
-                pvs = pv_lines(engine.go("depth 8"))
+            with self.subTest(fen=fen):
+                pvs = pv_lines(searched(fen, 1))
                 for pv in pvs:
                     if pv.bound is not None:
                         self.assertGreaterEqual(pv.depth, 5, (fen, pv))
@@ -235,13 +254,11 @@ class Variations(unittest.TestCase):
     def test_every_move_is_legal(self):
         with Twin() as twin:
             for fen in POSITIONS + [fen for fen, _ in FEW_MOVES]:
-                for lines_wanted in (1, 4):
-                    with Engine.ready(MultiPV=lines_wanted) as engine:
-                        engine.set_position(fen)
-                        lines = engine.go("depth 7")
-                        self.assert_moves_are_legal(twin, fen, lines)
-                        played = [m for m in (best_move(lines), ponder_move(lines)) if m]
-                        self.assertIsNone(twin.first_illegal(fen, played), (fen, lines[-1]))
+                for lines_wanted in DEPTHS:
+                    lines = searched(fen, lines_wanted)
+                    self.assert_moves_are_legal(twin, fen, lines)
+                    played = [m for m in (best_move(lines), ponder_move(lines)) if m]
+                    self.assertIsNone(twin.first_illegal(fen, played), (fen, lines[-1]))
 
     def test_moves_stay_legal_with_a_warm_table(self):
         with Twin() as twin, Engine.ready() as engine:
@@ -262,21 +279,10 @@ class Variations(unittest.TestCase):
 
 
 class MultiPv(unittest.TestCase):
-    def tables(self, fen, wanted, depth):
-        """The tables that a search prints, each a list of rows."""
-        with Engine.ready(MultiPV=wanted) as engine:
-            engine.set_position(fen)
-            tables = []
-            for pv in pv_lines(engine.go(f"depth {depth}")):
-                if pv.multipv == 1:
-                    tables.append([])
-                tables[-1].append(pv)
-            return tables
-
     def test_every_report_is_a_whole_table(self):
         for fen in POSITIONS:
-            for wanted in (1, 2, 3, 4):
-                for table in self.tables(fen, wanted, 5):
+            for wanted in DEPTHS:
+                for table in tables(searched(fen, wanted)):
                     numbers = [row.multipv for row in table]
                     self.assertEqual(list(range(1, wanted + 1)), numbers, (fen, table))
                     self.assertEqual(1, len({row.nodes for row in table}), (fen, table))
@@ -284,44 +290,44 @@ class MultiPv(unittest.TestCase):
 
     def test_there_are_no_more_lines_than_moves(self):
         for fen, moves in FEW_MOVES:
-            for table in self.tables(fen, 4, 3):
+            for table in tables(searched(fen, 4)):
                 self.assertEqual(moves, len(table), (fen, table))
 
     def test_the_first_table_has_every_line_of_depth_1(self):
         for fen in POSITIONS:
-            first = self.tables(fen, 4, 2)[0]
+            first = tables(searched(fen, 4))[0]
             self.assertEqual([1] * 4, [row.depth for row in first], (fen, first))
 
     def test_the_last_table_is_complete_sorted_and_without_repetition(self):
         for fen in POSITIONS:
             for wanted in (2, 4):
-                last = self.tables(fen, wanted, 6)[-1]
-                self.assertEqual([6] * wanted, [row.depth for row in last], (fen, last))
+                last = tables(searched(fen, wanted))[-1]
+                self.assertEqual([DEPTHS[wanted]] * wanted, [row.depth for row in last], (fen, last))
                 ranks = [row.rank() for row in last]
                 self.assertEqual(sorted(ranks, reverse=True), ranks, (fen, last))
                 self.assertEqual(wanted, len({row.moves[0] for row in last}), (fen, last))
 
     def test_no_line_stands_twice_in_a_depth(self):
         for fen in POSITIONS:
-            for table in self.tables(fen, 4, 6):
+            for table in tables(searched(fen, 4)):
                 newest = max(row.depth for row in table)
                 first_moves = [row.moves[0] for row in table if row.depth == newest]
                 self.assertEqual(len(set(first_moves)), len(first_moves), (fen, table))
 
     def test_the_first_line_is_played(self):
         for fen in POSITIONS[:3]:
-            with self.subTest(fen=fen), Engine.ready(MultiPV=3) as engine:
-                engine.set_position(fen)
-                lines = engine.go("depth 6")
-                final = report.FINAL_LINE.fullmatch(lines[-2])
+            with self.subTest(fen=fen):
+                lines = searched(fen, 3)
+                final = report.FINAL_LINE.fullmatch(lines[-3])  # the viewer's line is behind it
                 rows = pv_lines(lines)[-3:]
                 self.assertEqual(final.group(3), best_move(lines), lines[-2:])
                 self.assertIn(best_move(lines), [row.moves[0] for row in rows], fen)
 
     def test_values_beyond_the_range_are_held_to_it(self):
         for wanted, rows in (("0", 1), ("-3", 1), ("9", 4), ("abc", 1)):
-            for table in self.tables(START_FEN, wanted, 2):
-                self.assertEqual(rows, len(table), (wanted, table))
+            with Engine.ready(MultiPV=wanted) as engine:
+                for table in tables(engine.go("depth 2")):
+                    self.assertEqual(rows, len(table), (wanted, table))
 
 
 class Silence(unittest.TestCase):
