@@ -1,4 +1,4 @@
-// Positions from outside, which may be wrong: the engine's fatal error becomes a text.
+// Positions from outside, which may be wrong.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace zar::tools {
 
-// Sets up a position. Empty when it is one, else the engine's error code; the board is then not to
+// Sets up a position. Empty when it is one, else the code of the fault; the board is then not to
 // be used. Warnings of the engine are passed over.
 [[nodiscard]] std::string position_error(Board& board, const std::string& fen);
 
