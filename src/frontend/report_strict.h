@@ -9,7 +9,7 @@ namespace zar {
 // Forgets the lines of the search before. To be called before every search.
 void report_strict_reset();
 
-// Takes in the main thread's current result and prints all lines that there are, the best one first.
+// Takes in the main thread's current result and prints all lines that there are, best first.
 void report_strict_pv(const SearchThread& self);
 
 }  // namespace zar
