@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "board/fen.h"
-#include "board/movegen.h"
 #include "frontend/console.h"
 #include "frontend/option.h"
 #include "frontend/uci.h"
@@ -43,8 +42,8 @@ std::string_view take_fen(std::string_view& rest) {
 // False, with the error told, at the first move that is not legal.
 bool play_all(Board& board, std::string_view moves) {
     for (std::string_view text = token_next(moves); !text.empty(); text = token_next(moves)) {
-        const Move move = move_from_string(text, board);
-        if (!uci_is_legal(board, move)) {
+        const Move move = uci_move(board, text);
+        if (move == kMoveNone) {
             send_error("position: %.*s is not a legal move", length_of(text), text.data());
             return false;
         }

@@ -101,8 +101,8 @@ void play_moves(std::string_view text) {
         const bool has_suffix = text.size() > 4 && text[4] != ' ';
         const std::string_view move_text = text.substr(0, has_suffix ? 5 : 4);
         text.remove_prefix(move_text.size());
-        const Move move = move_from_string(move_text, uci_state.board);
-        if (!uci_is_legal(uci_state.board, move)) {
+        const Move move = uci_move(uci_state.board, move_text);
+        if (move == kMoveNone) {
             return;
         }
         uci_play(uci_state.board, move);
@@ -254,10 +254,12 @@ void engine_init() {
     threads_create();
 }
 
-bool uci_is_legal(Board& board, Move move) {
+Move uci_move(Board& board, std::string_view text) {
+    constexpr std::size_t kLongestMove = 5;
+    const Move move = text.size() > kLongestMove ? kMoveNone : move_from_string(text, board);
     MoveList legal;
     gen_legal_moves(legal, board);
-    return list_contains(legal, move);
+    return list_contains(legal, move) ? move : kMoveNone;
 }
 
 void uci_play(Board& board, Move move) {

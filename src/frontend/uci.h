@@ -37,9 +37,11 @@ void uci_command();
 // from there, so that what kept the engine from reading "go" is not added to it.
 void uci_execute(std::string_view line, double received = clock_wall_seconds());
 
-// For the moves of "position": is the move legal on this board, and the playing of a legal one. Of
-// a long history all but the newest positions are forgotten, so that a search has room for its own.
-[[nodiscard]] bool uci_is_legal(Board& board, Move move);
+// The legal move of this text; kMoveNone when there is none.
+[[nodiscard]] Move uci_move(Board& board, std::string_view text);
+
+// Plays a legal move of "position". Of a long history all but the newest positions are forgotten, so
+// that a search has room for its own.
 void uci_play(Board& board, Move move);
 
 // Executes all waiting lines; true when the main search thread's `stop` is set.

@@ -139,8 +139,8 @@ bool has_value(const KeywordRow& row, std::string_view value) {
 
 // A move behind "searchmoves". False, with the error told, when it is not legal.
 bool add_root_move(GoParameters& go, std::string_view text) {
-    const Move move = move_from_string(text, uci_state.board);
-    if (!uci_is_legal(uci_state.board, move)) {
+    const Move move = uci_move(uci_state.board, text);
+    if (move == kMoveNone) {
         send_error("go: %.*s is not a legal move", static_cast<int>(text.size()), text.data());
         return false;
     }

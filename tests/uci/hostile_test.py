@@ -188,6 +188,19 @@ class AbsurdValues(unittest.TestCase):
                 self.assertIsNone(twin.illegal_variation([pv.moves for pv in pv_lines(lines)]))
                 self.assertIn(best_move(lines), twin.moves(), fen)
 
+    def test_commands_in_first_iterations_that_take_long(self):
+        crowded = "8/PPPPPPPP/8/2k5/8/2K5/pppppppp/8 w - - 0 1"
+        rng = random.Random(11)
+        with Engine.ready(Threads=2, MultiPV=4) as engine:
+            for _ in range(12):
+                engine.set_position(crowded)
+                engine.send(rng.choice(("go infinite", "go movetime 1", "go ponder movetime 1")))
+                engine.send(*rng.choices(("position startpos", "go", "isready", "ucinewgame"), k=5))
+                engine.send(*rng.choices(("stop", "ponderhit"), k=2), "stop")
+                engine.read_until("bestmove")
+            engine.send(f"position fen {crowded}", "go infinite", "quit")
+            self.assertEqual((0, ""), engine.finish()[1:])
+
     def test_damaged_fens(self):
         # A sample; all of them are read in the tests of the reader.
         rng = random.Random(3)

@@ -218,6 +218,7 @@ class Input(unittest.TestCase):
                 "position startpos moves e2e4 e7e5 0000",
                 "position startpos e2e4",
                 "position startpos moves e7e8q",
+                "position fen 8/4P3/8/8/8/5k2/8/7K w - - 0 1 moves e7e8queen",
                 "go depth",
                 "go movetime x",
                 "go wtime 5 btime",
