@@ -87,16 +87,16 @@ void store(const Row& row, std::size_t line) {
     lines.size = line + 1;
 }
 
-void print(const Row& row, std::size_t number, const SearchThread& self) {
+void print(const Row& row, int number, const SearchThread& self) {
     const double elapsed = self.statistics.elapsed;
     const std::uint64_t nodes = nodes_of_all_threads(self);
     constexpr double kLeastSeconds = 0.001;
     const int mate = score_to_mate(row.score);
     send_line(
-        "info depth %d seldepth %d multipv %zu score %s %d%s nodes %llu nps %.0f hashfull %.0f "
-        "time %.0f pv %s",
+        "info depth %d seldepth %d multipv %d score %s %d%s nodes %lld nps %.0f hashfull %.0f time "
+        "%.0f pv %s",
         row.depth, row.selective_depth, number, mate != 0 ? "mate" : "cp",
-        mate != 0 ? mate : row.score, bound_word(row.bound), static_cast<unsigned long long>(nodes),
+        mate != 0 ? mate : row.score, bound_word(row.bound), static_cast<long long>(nodes),
         static_cast<double>(nodes) / std::max(elapsed, kLeastSeconds), hash_full(hash_table),
         elapsed * 1000, row.pv.data());
 }
@@ -123,7 +123,7 @@ void report_strict_pv(const SearchThread& self) {
     arrange(shown);
     const auto count = static_cast<std::size_t>(search_shared.last_pv_index) + 1;
     for (std::size_t i = 0; i < std::min(count, shown.size); ++i) {
-        print(shown.row[i], i + 1, self);
+        print(shown.row[i], static_cast<int>(i) + 1, self);
     }
 }
 
