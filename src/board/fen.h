@@ -18,7 +18,7 @@ constexpr int kFenSize = 92;
 // silently; a half-move clock is capped at 1000; whatever follows it is never read.
 [[nodiscard]] const PositionFault* board_read_fen(Board& board, std::string_view text);
 
-// The same where no fault can be lived with: the engine ends with its code.
+// The same for callers that cannot go on: a fault ends the engine with its code.
 void board_from_fen(Board& board, std::string_view text);
 
 // Writes the position with full-move number 1 and a zero; false, with nothing written, when size is

@@ -22,9 +22,10 @@ struct Pending {
     std::size_t searched;  // this many bytes at the front are known to hold no newline
     InputState state;      // bytes or nothing as long as more may come
     double idle_time;
+    bool is_read;  // by read_line: input_look must not take it from somebody else
 };
 
-constinit Pending pending{{}, 0, 0, InputState::nothing, 0};
+constinit Pending pending{{}, 0, 0, InputState::nothing, 0, false};
 
 constexpr std::size_t kLongestLine = kInputLineSize - 1;
 
@@ -90,10 +91,13 @@ void send_error(const char* format, ...) {
 void send_text(const char* text) { std::fwrite(text, 1, std::strlen(text), stdout); }
 
 bool read_line(char* buffer, int size) {
+    pending.is_read = true;
     const std::size_t longest = std::min(static_cast<std::size_t>(size) - 1, kLongestLine);
     while (!is_complete(longest)) {
-        collect(true);
-        pending.idle_time = clock_wall_seconds();
+        if (!collect(false) && !input_is_over()) {
+            collect(true);
+            pending.idle_time = clock_wall_seconds();
+        }
     }
     const std::size_t end = line_end();
     if (end == 0 && pending.state == InputState::error) {
@@ -119,6 +123,12 @@ bool input_available() {
         }
     }
     return true;
+}
+
+void input_look() {
+    if (pending.is_read) {
+        static_cast<void>(input_available());
+    }
 }
 
 double input_idle_time() { return pending.idle_time; }

@@ -33,4 +33,8 @@ void send_text(const char* text);
 // been read since may have come as early as that. console_init counts as such a moment.
 [[nodiscard]] double input_idle_time();
 
+// Looks whether a line is waiting. To be called before an answer that others wait for, so that what
+// they send upon it is not taken to have come before.
+void input_look();
+
 }  // namespace zar

@@ -258,6 +258,7 @@ void report_currmove(int thread) {
 void report_hashfull() { send_line("info hashfull %.0f", hash_full(hash_table)); }
 
 void report_bestmove() {
+    input_look();
     if (!uci_state.strict) {
         report_hashfull();
         if (uci_state.go_ponder && uci_state.go_infinite) {

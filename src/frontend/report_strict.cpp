@@ -78,7 +78,7 @@ void arrange(Rows& shown) {
 
 void store(const Row& row, std::size_t line) {
     if (lines.size > 0 && lines.newest[0].depth < row.depth) {
-        Rows shown;
+        Rows shown{};
         arrange(shown);
         lines.before = shown;
         lines.size = 0;
@@ -119,7 +119,7 @@ void report_strict_pv(const SearchThread& self) {
     if (!option_get_bool("Search Info")) {
         return;
     }
-    Rows shown;
+    Rows shown{};
     arrange(shown);
     const auto count = static_cast<std::size_t>(search_shared.last_pv_index) + 1;
     for (std::size_t i = 0; i < std::min(count, shown.size); ++i) {

@@ -25,18 +25,24 @@ int code_length(const PositionFault& fault) {
         std::string_view(fault.code).substr(0, std::string_view(fault.code).find('\n')));
 }
 
+// Where a blank and this word begin in the text; npos when it does not have the word.
+std::size_t find_word(std::string_view text, std::string_view word) {
+    std::size_t place = text.find(word);
+    while (place != std::string_view::npos) {
+        const std::size_t end = place + word.size();
+        if (place > 0 && text[place - 1] == ' ' && (end == text.size() || text[end] == ' ')) {
+            return place - 1;
+        }
+        place = text.find(word, place + 1);
+    }
+    return place;
+}
+
 // The FEN text at the front of `rest`, which is left with what follows it.
 std::string_view take_fen(std::string_view& rest) {
-    constexpr std::string_view kMarker = " moves";
-    rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
-    std::size_t end = rest.find(kMarker);
-    while (end != std::string_view::npos && end + kMarker.size() < rest.size() &&
-           rest[end + kMarker.size()] != ' ') {
-        end = rest.find(kMarker, end + 1);
-    }
-    const std::string_view fen = rest.substr(0, end);
+    const std::string_view fen = rest.substr(0, find_word(rest, "moves"));
     rest.remove_prefix(fen.size());
-    return fen;
+    return fen.substr(std::min(fen.find_first_not_of(' '), fen.size()));
 }
 
 // False, with the error told, at the first move that is not legal.
@@ -101,7 +107,7 @@ bool strict_position(Board& board, std::string_view arguments) {
 bool strict_setoption(std::string_view arguments, std::string_view& name) {
     constexpr std::string_view kName = "name ";
     constexpr std::string_view kValue = " value";
-    const std::size_t value_at = arguments.find(kValue);
+    const std::size_t value_at = find_word(arguments, "value");
     if (!arguments.starts_with(kName) || value_at == std::string_view::npos) {
         send_error("setoption: not of the form \"setoption name NAME value VALUE\"");
         return false;

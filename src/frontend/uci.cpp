@@ -54,6 +54,7 @@ void command_isready() {
     if (!is_busy()) {
         engine_init();
     }
+    input_look();
     send_line("readyok");
 }
 
@@ -222,6 +223,7 @@ void command_uci() {
     send_line("id name ZAR-X3 64Bit");
     send_line("id author the ZAR-X3 authors");
     option_print_all();
+    input_look();
     send_line("uciok");
 }
 
@@ -257,6 +259,9 @@ void engine_init() {
 Move uci_move(Board& board, std::string_view text) {
     constexpr std::size_t kLongestMove = 5;
     const Move move = text.size() > kLongestMove ? kMoveNone : move_from_string(text, board);
+    if (uci_state.strict && text.size() == kLongestMove && !move_is_promotion(move)) {
+        return kMoveNone;
+    }
     MoveList legal;
     gen_legal_moves(legal, board);
     return list_contains(legal, move) ? move : kMoveNone;

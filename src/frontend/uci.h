@@ -40,8 +40,8 @@ void uci_execute(std::string_view line, double received = clock_wall_seconds());
 // The legal move of this text; kMoveNone when there is none.
 [[nodiscard]] Move uci_move(Board& board, std::string_view text);
 
-// Plays a legal move of "position". Of a long history all but the newest positions are forgotten, so
-// that a search has room for its own.
+// Plays a legal move of "position". Of a long history all but the newest positions are forgotten,
+// so that a search has room for its own.
 void uci_play(Board& board, Move move);
 
 // Executes all waiting lines; true when the main search thread's `stop` is set.

@@ -144,7 +144,9 @@ bool add_root_move(GoParameters& go, std::string_view text) {
         send_error("go: %.*s is not a legal move", static_cast<int>(text.size()), text.data());
         return false;
     }
-    list_add(go.only_moves, move);
+    if (!list_contains(go.only_moves, move)) {
+        list_add(go.only_moves, move);
+    }
     return true;
 }
 

@@ -8,7 +8,7 @@ namespace zar {
 
 namespace {
 
-// Set by tools and tests before they start anything, never while other threads run.
+// Set before anything is started, never while other threads run.
 FailureHandler handler = nullptr;
 
 constexpr int kTextSize = 4096;

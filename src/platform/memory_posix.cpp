@@ -75,7 +75,9 @@ void memory_clear(void* block, std::size_t bytes) {
         return;
     }
 #endif
-    std::memset(block, 0, bytes);
+    if (bytes > 0) {
+        std::memset(block, 0, bytes);
+    }
 }
 
 void memory_free(void* block, std::size_t bytes) {

@@ -65,7 +65,7 @@ inline void line_set(Line& line, Move move, const Line& rest) noexcept {
 // What "go" asks for. Set by the front end before a search; "ponderhit" clears `limit_infinite`
 // during one, on the main thread.
 struct SearchLimits {
-    bool limit_infinite;   // time and depth limits do not apply
+    bool limit_infinite;   // limits of time, depth and nodes do not apply
     bool limit_depth_set;  // `limit_depth` applies
     int limit_depth;       // last iteration, in plies
     bool shutdown;         // the process is about to end

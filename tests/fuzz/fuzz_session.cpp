@@ -6,8 +6,10 @@
 
 #include "board/make.h"
 #include "board/movegen.h"
+#include "frontend/console.h"
 #include "frontend/option.h"
 #include "frontend/report.h"
+#include "frontend/strict.h"
 #include "frontend/uci.h"
 #include "fuzz_support.h"
 #include "platform/random.h"
@@ -60,8 +62,24 @@ bool is_affordable(std::string_view line) {
            !(contains_nocase(line, "book file") && value.find('/') != std::string_view::npos);
 }
 
+// The line as the console hands it to the interpreter; valid until the next call.
+std::string_view received(std::string_view line) {
+    static char tidy[kInputLineSize];
+    if (!uci_state.strict) {
+        return line;
+    }
+    const std::size_t size = std::min(line.size(), sizeof tidy - 1);
+    tidy[line.copy(tidy, size)] = '\0';
+    strict_tidy(tidy);
+    return tidy;
+}
+
+bool is_go(std::string_view line) {
+    return line.starts_with("go ") || (uci_state.strict && line == "go");
+}
+
 void execute_next_line() {
-    const std::string_view line = take_line(session);
+    const std::string_view line = received(take_line(session));
     if (line == "quit") {
         session = {};
     } else if (is_affordable(line)) {
@@ -125,7 +143,8 @@ int check_output(std::string_view lines) {
             check_answer(line);
         }
         const std::size_t variation = line.find(variation_marker);
-        if (line.starts_with("info multipv ") && variation != std::string_view::npos) {
+        if (line.starts_with("info ") && !line.starts_with("info string ") &&
+            variation != std::string_view::npos) {
             check_line(line.substr(variation + variation_marker.size()), "an illegal variation");
         }
     }
@@ -137,11 +156,14 @@ void execute_and_check() {
     std::string_view rest = session;
     const std::string_view line = take_line(rest);
     const bool was_pending = uci_state.bestmove_pending;
-    const int owed = was_pending || line.starts_with("go ") ? 1 : 0;
+    const bool goes = is_go(received(line));
     execute_next_line();
-    const int answers = check_output(take_output());
+    const std::string_view lines = take_output();
+    const bool refused = lines.find("info string ERROR: go: ") != std::string_view::npos;
+    const int owed = was_pending || (goes && !refused) ? 1 : 0;
+    const int answers = check_output(lines);
     // The one search that ends without an answer.
-    const bool silent = uci_state.go_infinite && uci_state.go_ponder;
+    const bool silent = !uci_state.strict && uci_state.go_infinite && uci_state.go_ponder;
     require(answers + (uci_state.bestmove_pending ? 1 : 0) == owed || (silent && answers == 0),
             "a search is not answered once");
     require(!was_pending || answers == 0 || line == "stop" || line == "ponderhit",
@@ -177,8 +199,12 @@ void start_sessions() {
 }
 
 void run_session(std::string_view text) {
+    // A session whose first line is the switch is one of strict mode.
+    constexpr std::string_view strict_switch = "--strict\n";
+    uci_state.strict = false;
     restore_state();
-    session = text;
+    uci_state.strict = text.starts_with(strict_switch);
+    session = text.substr(uci_state.strict ? strict_switch.size() : 0);
     polls = 0;
     const bool survived = survives([] {
         while (!session.empty()) {

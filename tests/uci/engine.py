@@ -221,10 +221,10 @@ class Engine(Process):
 
     _line_end = b"\r\n" if IS_WINDOWS else b"\n"
 
-    def __init__(self, *arguments, **settings):
+    def __init__(self, *arguments, strict=STRICT, **settings):
         settings.setdefault("cwd", _BOOKLESS)
         runner = shlex.split(os.environ.get("ZAR_X3_RUNNER", ""))
-        if STRICT:
+        if strict:
             arguments = ("--strict", *arguments)
         super().__init__(*runner, program_path("ZAR_X3"), *arguments, **settings)
 

@@ -11,8 +11,8 @@ namespace {
 
 TEST(Compiler, BitCastKeepsTheBytes) {
     constexpr std::array<std::uint8_t, 4> kBytes = {1, 1, 1, 1};
-    static_assert(bit_cast<std::uint32_t>(kBytes) == 0x01010101);
-    EXPECT_EQ(bit_cast<std::uint64_t>(1.0), 0x3FF0000000000000U);
+    static_assert(zar::bit_cast<std::uint32_t>(kBytes) == 0x01010101);
+    EXPECT_EQ(zar::bit_cast<std::uint64_t>(1.0), 0x3FF0000000000000U);
 }
 
 TEST(Compiler, PrefetchingTakesAnyAddress) {

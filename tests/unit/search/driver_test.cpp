@@ -345,7 +345,7 @@ TEST_F(Driver, StopBeforeTheFirstResultWaitsForIt) {
     EXPECT_EQ(search_thread(0).iteration_depth, 1);
 }
 
-// 18 queens: no root move is searched to its end before the poll gives up.
+// The first node polls, so no root move has been searched to its end.
 TEST_F(Driver, ASearchLeftBeforeItsFirstResultPlaysTheFirstRootMove) {
     search_shared.hooks.poll_input = [] {
         SearchThread& self = search_thread(0);
