@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <csetjmp>
-#include <limits>
 
 #include "frontend/option.h"
 #include "platform/clock.h"
@@ -46,7 +45,7 @@ void apply_limits(const SearchThread& self) {
 
 // The first iteration may run on for a moment when the hard limit has passed or "stop" has come, so
 // that nearly every search has seen all moves. With many queens on the board it could take minutes.
-bool first_iteration_is_over(SearchThread& self, bool stopped) {
+bool first_iteration_is_over(const SearchThread& self, bool stopped) {
     const SearchLimits& limits = search_shared.limits;
     const double elapsed = self.statistics.elapsed;
     const bool out_of_time =
@@ -54,8 +53,9 @@ bool first_iteration_is_over(SearchThread& self, bool stopped) {
     if (!stopped && !out_of_time) {
         return false;
     }
-    self.overdue_time = std::min(self.overdue_time, elapsed);
-    return elapsed >= self.overdue_time + kFirstIterationGrace;
+    double& since = search_shared.stability.overdue_time;
+    since = std::min(since, elapsed);
+    return elapsed >= since + kFirstIterationGrace;
 }
 
 }  // namespace
@@ -69,7 +69,6 @@ void search_reset() {
         thread.selective_depth = 0;
         thread.poll_countdown = 0;  // the first node looks at the input
         thread.hashfull_time = 0;
-        thread.overdue_time = std::numeric_limits<double>::infinity();
         thread.abort_allowed = false;
         thread.statistics = ThreadStatistics{};
         thread.reduce_one = option_get_bounded("ZARXReduceOne");

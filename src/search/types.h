@@ -7,6 +7,7 @@
 #include <csetjmp>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "board/board.h"
 #include "board/move.h"
@@ -121,7 +122,6 @@ struct alignas(kCacheLine) SearchThread {
     int check_plies_limit;  // quiet checks are tried in quiescence plies not below this
     int poll_countdown;
     double hashfull_time;  // elapsed seconds when the hash fill was last printed by the poll
-    double overdue_time;   // ... when the first iteration was first seen to be due to end
     Stopwatch stopwatch;
     ThreadStatistics statistics;
     // Where an abandoned search returns to.
@@ -138,6 +138,8 @@ struct RootStability {
     bool easy_move;           // one move was far better than all others from the start
     bool stop_search;         // the search is to end at the next opportunity
     Score previous_score;     // score accepted last
+    // Elapsed seconds when the first iteration was first seen to be due to end.
+    double overdue_time = std::numeric_limits<double>::infinity();
 };
 
 // What the search calls in the front end. The defaults do nothing, so that tools and tests may

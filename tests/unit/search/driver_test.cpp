@@ -349,7 +349,7 @@ TEST_F(Driver, StopBeforeTheFirstResultWaitsForIt) {
 TEST_F(Driver, ASearchLeftBeforeItsFirstResultPlaysTheFirstRootMove) {
     search_shared.hooks.poll_input = [] {
         SearchThread& self = search_thread(0);
-        self.overdue_time = -1;  // the moment of grace is over
+        search_shared.stability.overdue_time = -1;  // the moment of grace is over
         self.stop = true;
         return true;
     };
