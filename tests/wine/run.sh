@@ -36,7 +36,7 @@ wineserver --persistent
 
 # What drives zar-x3-tools has no part in this.
 [ $# -gt 0 ] || set -- bench_test book_test console_test errors_test game_test output_test \
-    search_test states_test threads_test transcripts_test
+    search_test states_test strict_test threads_test transcripts_test
 failed=0
 for name in "$@"; do
     echo "=== $name"
