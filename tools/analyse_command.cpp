@@ -153,7 +153,7 @@ bool show_progress() {
         char text[120];
         std::snprintf(text, sizeof text, "depth %d, %s (%d of %d), %" PRIu64 " nodes, %.1f s",
                       self.iteration_depth, san_of(self.root_move, root).c_str(),
-                      self.root_index + 1, self.root.size, self.nodes, self.statistics.elapsed);
+                      self.root_index + 1, self.root.size, self.nodes, self.elapsed);
         progress_show(text, false);
     }
     return interrupted();
@@ -185,7 +185,7 @@ void analyse(const Arguments& arguments, int number) {
     is_mate_proven = false;
     in_process_search(root, arguments.effort);
     print_iteration();
-    const double elapsed = search_thread(0).statistics.elapsed;
+    const double elapsed = search_thread(0).elapsed;
     print_best(interrupted() || (depth_limit == 0 && elapsed >= arguments.effort.seconds));
 }
 

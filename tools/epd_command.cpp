@@ -91,7 +91,7 @@ void print_position(const EpdPosition& position, Move move, Board& board) {
     const char* verdict = epd_is_solution(position, move) ? "solved" : "failed";
     std::printf("%4d  %s  %-7s depth %2d %8.2f s %11" PRIu64 " nodes %s%s%s%s\n", position.line,
                 verdict, san_of(move, board).c_str(), search_thread(0).result[0].depth,
-                search_thread(0).statistics.elapsed, in_process_nodes(),
+                search_thread(0).elapsed, in_process_nodes(),
                 moves_text("bm", position.best, board).c_str(),
                 moves_text("am", position.avoid, board).c_str(), position.id.empty() ? "" : "  ",
                 printable(position.id).c_str());
@@ -131,7 +131,7 @@ Summary search_suite(const std::vector<EpdPosition>& positions, const Effort& ef
         }
         ++summary.searched;
         summary.solved += epd_is_solution(position, move) ? 1 : 0;
-        summary.seconds += search_thread(0).statistics.elapsed;
+        summary.seconds += search_thread(0).elapsed;
         summary.nodes += in_process_nodes();
         print_position(position, move, board);
         std::fflush(stdout);

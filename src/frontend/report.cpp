@@ -130,7 +130,7 @@ Answer make_answer() {
             move_text(result.best_move),
             has_ponder ? move_text(result.pv[1]) : MoveText{},
             static_cast<long long>(nodes),
-            search_thread(0).statistics.elapsed};
+            search_thread(0).elapsed};
 }
 
 // One line each for "Search Info" and "TLCV fix". `blank` and `ponder` follow the best move.
@@ -222,7 +222,7 @@ bool pv_to_text(const Line& pv, char* buffer, int size) {
 }
 
 void report_pv(int thread) {
-    statistics_update(thread);
+    elapsed_update(thread);
     if (thread != 0) {
         return;
     }
@@ -235,7 +235,7 @@ void report_pv(int thread) {
     PvRow row{.mate = score_to_mate(result.score),
               .depth = result.depth,
               .score = result.score,
-              .time = self.statistics.elapsed * 1000,
+              .time = self.elapsed * 1000,
               .pv = {}};
     pv_to_text(result.pv, row.pv.data(), kPvTextSize);
     store_row(row, self.pv_index);
@@ -246,10 +246,10 @@ void report_pv(int thread) {
 }
 
 void report_currmove(int thread) {
-    statistics_update(thread);
+    elapsed_update(thread);
     const SearchThread& self = search_thread(thread);
     constexpr double kQuietSeconds = 1.0;
-    if (self.statistics.elapsed >= kQuietSeconds) {
+    if (self.elapsed >= kQuietSeconds) {
         send_line("info currmove %s currmovenumber %d", move_text(self.root_move).data(),
                   self.root_index + 1);
     }

@@ -19,7 +19,7 @@ constexpr int kPvTextSize = 512;
 bool pv_to_text(const Line& pv, char* buffer, int size);
 
 // Hooks of the search. report_pv puts the thread's current result into the table of variations and
-// prints that; for workers it only stores their statistics.
+// prints that; for workers it only reads their stopwatches.
 void report_pv(int thread);
 void report_currmove(int thread);
 void report_hashfull();

@@ -88,7 +88,7 @@ void store(const Row& row, std::size_t line) {
 }
 
 void print(const Row& row, int number, const SearchThread& self) {
-    const double elapsed = self.statistics.elapsed;
+    const double elapsed = self.elapsed;
     const std::uint64_t nodes = nodes_of_all_threads(self);
     constexpr double kLeastSeconds = 0.001;
     const int mate = score_to_mate(row.score);

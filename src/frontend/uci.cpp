@@ -236,7 +236,6 @@ void command_ucinewgame() {
 }  // namespace
 
 void engine_exit() {
-    search_shared.limits.shutdown = true;
     // What runs at the exit must not meet a worker.
     threads_shutdown();
     std::exit(EXIT_SUCCESS);
@@ -252,7 +251,6 @@ void engine_init() {
     hash_alloc(hash_table, option_get_int("Hash"));
     eval_tables_allocate(search_shared.thread_count);
     apply_weights();
-    search_shared.limits.shutdown = false;
     threads_create();
 }
 

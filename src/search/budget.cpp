@@ -17,7 +17,6 @@ constexpr double kEasyShare = 0.6;    // of the target, for a move that stood ou
 constexpr double kStableShare = 0.4;  // ... for a search that has not changed its mind
 constexpr double kHashfullInterval = 1.0;     // seconds
 constexpr double kFirstIterationGrace = 0.2;  // seconds
-constexpr double kSpeedAfter = 1.0;           // seconds before a speed is worth telling
 
 [[noreturn]] void abandon(SearchThread& self) { std::longjmp(self.return_point, 1); }
 
@@ -33,7 +32,7 @@ void apply_limits(const SearchThread& self) {
     if (!limits.limit_time_set) {
         return;
     }
-    const double elapsed = self.statistics.elapsed;
+    const double elapsed = self.elapsed;
     if (elapsed >= limits.time_limit) {
         stability.stop_search = true;
     }
@@ -47,7 +46,7 @@ void apply_limits(const SearchThread& self) {
 // that nearly every search has seen all moves. With many queens on the board it could take minutes.
 bool first_iteration_is_over(const SearchThread& self, bool stopped) {
     const SearchLimits& limits = search_shared.limits;
-    const double elapsed = self.statistics.elapsed;
+    const double elapsed = self.elapsed;
     const bool out_of_time =
         limits.limit_time_set && !limits.limit_infinite && elapsed >= limits.time_limit;
     if (!stopped && !out_of_time) {
@@ -70,18 +69,16 @@ void search_reset() {
         thread.poll_countdown = 0;  // the first node looks at the input
         thread.hashfull_time = 0;
         thread.abort_allowed = false;
-        thread.statistics = ThreadStatistics{};
+        thread.elapsed = 0;
         thread.reduce_one = option_get_bounded("ZARXReduceOne");
         thread.check_plies_limit = 1 - thread.reduce_one;
         thread.stop.store(false, std::memory_order_relaxed);
     }
 }
 
-void statistics_update(int thread) {
+void elapsed_update(int thread) {
     SearchThread& self = search_thread(thread);
-    const double elapsed = stopwatch_elapsed(self.stopwatch);
-    const double speed = elapsed < kSpeedAfter ? 0.0 : static_cast<double>(self.nodes) / elapsed;
-    self.statistics = {elapsed, speed, stopwatch_load(self.stopwatch)};
+    self.elapsed = stopwatch_elapsed(self.stopwatch);
 }
 
 void poll(int thread) {
@@ -92,10 +89,10 @@ void poll(int thread) {
         }
         return;
     }
-    statistics_update(thread);
-    if (self.statistics.elapsed - self.hashfull_time >= kHashfullInterval) {
+    elapsed_update(thread);
+    if (self.elapsed - self.hashfull_time >= kHashfullInterval) {
         search_shared.hooks.report_hashfull();
-        self.hashfull_time = self.statistics.elapsed;
+        self.hashfull_time = self.elapsed;
     }
     const bool stopped = search_shared.hooks.poll_input();
     apply_limits(self);
@@ -151,7 +148,7 @@ bool budget_line_done(Score score, int depth, bool last_line) {
         stability.stop_search = true;
     }
     if (limits.limit_time_set) {
-        const double elapsed = self.statistics.elapsed;
+        const double elapsed = self.elapsed;
         const bool dropped = stability.score_dropped_last;
         if ((elapsed >= limits.time_target && !dropped) ||
             (elapsed >= kEasyShare * limits.time_target && stability.easy_move) ||

@@ -13,8 +13,8 @@ constexpr int kPollInterval = 4096;  // nodes
 // Limits, counters and flags as they are before a search; results and tables stay.
 void search_reset();
 
-// Stores elapsed time, speed and load of a thread.
-void statistics_update(int thread);
+// Reads the thread's stopwatch into its record.
+void elapsed_update(int thread);
 
 // The nodes of all threads as far as one of them can tell: its own, times the number of threads.
 [[nodiscard]] inline std::uint64_t nodes_of_all_threads(const SearchThread& self) {

@@ -233,7 +233,7 @@ bool search_line(Aspiration& aspiration, int depth, int line) {
     self.pv_index = line;
     board_copy(self.board, *search_shared.root_board);
     const Score score = search_aspiring(aspiration, depth, 0);
-    statistics_update(0);
+    elapsed_update(0);
     report_result(self, 0);
     self.abort_allowed = true;
     if (depth == 1 && line == 0) {
@@ -338,7 +338,7 @@ void thread_search(int thread) {
             iterate_worker(thread);
         }
     }
-    statistics_update(thread);
+    elapsed_update(thread);
     stopwatch_stop(search_thread(thread).stopwatch);
 }
 

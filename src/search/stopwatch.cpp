@@ -10,35 +10,21 @@ void stopwatch_reset(Stopwatch& watch) { watch = Stopwatch{}; }
 
 void stopwatch_start(Stopwatch& watch, double begin) {
     watch.running = true;
-    watch.start_wall = begin;
-    watch.start_cpu = clock_cpu_seconds();
+    watch.start = begin;
 }
 
 void stopwatch_stop(Stopwatch& watch) {
     if (!watch.running) {
         return;
     }
-    watch.accumulated_wall += clock_wall_seconds() - watch.start_wall;
-    watch.accumulated_cpu += clock_cpu_seconds() - watch.start_cpu;
+    watch.accumulated += clock_wall_seconds() - watch.start;
     watch.running = false;
-    watch.start_wall = 0;
-    watch.start_cpu = 0;
+    watch.start = 0;
 }
 
 double stopwatch_elapsed(const Stopwatch& watch) {
-    const double since = watch.running ? clock_wall_seconds() - watch.start_wall : 0;
-    return std::max(0.0, watch.accumulated_wall + since);
-}
-
-double stopwatch_cpu(const Stopwatch& watch) {
-    const double since = watch.running ? clock_cpu_seconds() - watch.start_cpu : 0;
-    return std::max(0.0, watch.accumulated_cpu + since);
-}
-
-double stopwatch_load(const Stopwatch& watch) {
-    const double wall = stopwatch_elapsed(watch);
-    const double cpu = stopwatch_cpu(watch);
-    return wall <= 0 || cpu <= 0 ? 0 : std::min(1.0, cpu / wall);
+    const double since = watch.running ? clock_wall_seconds() - watch.start : 0;
+    return std::max(0.0, watch.accumulated + since);
 }
 
 }  // namespace zar

@@ -69,7 +69,6 @@ struct SearchLimits {
     bool limit_infinite;   // limits of time, depth and nodes do not apply
     bool limit_depth_set;  // `limit_depth` applies
     int limit_depth;       // last iteration, in plies
-    bool shutdown;         // the process is about to end
     bool limit_time_set;   // the two times apply
     double time_target;    // seconds, normal thinking time for this move
     double time_limit;     // seconds, hard maximum
@@ -87,14 +86,6 @@ struct RootResult {
     Bound bound;
     int depth;
     Line pv;
-};
-
-// What is reported about a thread's progress. Seconds, nodes per second (0 in the first second),
-// and processor time over wall time (0..1).
-struct ThreadStatistics {
-    double elapsed;
-    double speed;
-    double load;
 };
 
 constexpr int kHistorySize = kPieceKindCount * 64;
@@ -123,7 +114,7 @@ struct alignas(kCacheLine) SearchThread {
     int poll_countdown;
     double hashfull_time;  // elapsed seconds when the hash fill was last printed by the poll
     Stopwatch stopwatch;
-    ThreadStatistics statistics;
+    double elapsed;  // seconds, as of the last look at the stopwatch
     // Where an abandoned search returns to.
     std::jmp_buf return_point;
     // Written by the command thread, polled by this one.

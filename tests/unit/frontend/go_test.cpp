@@ -232,7 +232,7 @@ TEST_F(Go, TimeCountsFromWhenTheLineCanHaveCome) {
     search_shared.hooks.poll_input = [] { return false; };
     const Lines lines = test::lines_of([] { uci_go("movetime 1000", clock_wall_seconds() - 5); });
     EXPECT_EQ(search_thread(0).result[0].depth, 1);
-    EXPECT_GE(search_thread(0).statistics.elapsed, 5);
+    EXPECT_GE(search_thread(0).elapsed, 5);
     EXPECT_TRUE(lines.back().starts_with("bestmove ")) << lines.back();
 }
 

@@ -29,7 +29,7 @@ class Report : public test::UciTest {
             each.pv_index = 0;
             each.nodes = 0;
             each.root_move = kMoveNone;
-            each.statistics = {};
+            each.elapsed = 0;
             stopwatch_reset(each.stopwatch);
             for (RootResult& result : each.result) {
                 result = {};
@@ -42,7 +42,7 @@ class Report : public test::UciTest {
 
     void set_elapsed(double seconds) {
         stopwatch_reset(self.stopwatch);
-        self.stopwatch.accumulated_wall = seconds;
+        self.stopwatch.accumulated = seconds;
     }
 
     // A result of the main thread, and what is printed of it.
@@ -182,21 +182,19 @@ TEST_F(Report, TheNodesAreAnEstimateFromOneThread) {
               Lines{"info multipv 1 depth 7 score cp 35 time 1500 nodes 3000 pv e2e4"});
 }
 
-TEST_F(Report, AWorkerOnlyUpdatesItsStatistics) {
+TEST_F(Report, AWorkerOnlyReadsItsStopwatch) {
     SearchThread& worker = search_thread(2);
-    worker.stopwatch.accumulated_wall = 2;
+    worker.stopwatch.accumulated = 2;
     worker.nodes = 500;
     worker.result[0] = {e2e4, 5, kBoundExact, 9, {}};
     EXPECT_EQ(lines_of([] { report_pv(2); }), Lines{});
-    EXPECT_EQ(worker.statistics.elapsed, 2);
-    EXPECT_EQ(worker.statistics.speed, 250);
+    EXPECT_EQ(worker.elapsed, 2);
 }
 
-TEST_F(Report, AReportUpdatesTheStatistics) {
+TEST_F(Report, AReportReadsTheStopwatch) {
     set_elapsed(4);
     report(0, 7, 35, kBoundExact, e2e4);
-    EXPECT_EQ(self.statistics.elapsed, 4);
-    EXPECT_EQ(self.statistics.speed, 250);
+    EXPECT_EQ(self.elapsed, 4);
 }
 
 TEST_F(Report, AtDepthOneTheLinesWaitForTheLast) {
@@ -293,10 +291,9 @@ TEST_F(Report, TheCurrentMoveIsToldAfterTheFirstSecond) {
     self.root_index = 4;
     set_elapsed(0.999);
     EXPECT_EQ(lines_of([] { report_currmove(0); }), Lines{});
-    EXPECT_EQ(self.statistics.elapsed, 0.999);
+    EXPECT_EQ(self.elapsed, 0.999);
     set_elapsed(1.0);
     EXPECT_EQ(lines_of([] { report_currmove(0); }), Lines{"info currmove g1f3 currmovenumber 5"});
-    EXPECT_EQ(self.statistics.speed, 1000);
 }
 
 TEST_F(Report, TheHashFillIsInThousandths) {
@@ -310,7 +307,7 @@ TEST_F(Report, TheHashFillIsInThousandths) {
 
 TEST_F(Report, TheAnswerWithAMoveToPonderOn) {
     set_result(0, 9, 41, e2e4, e7e5);
-    self.statistics.elapsed = 3.4;
+    self.elapsed = 3.4;
     EXPECT_EQ(answer(), (Lines{"info hashfull 0", "info depth 9 score cp 41 pv e2e4 e7e5",
                                "bestmove e2e4 ponder e7e5"}));
     option_set("TLCV fix", "true");

@@ -114,7 +114,7 @@ class SearchTest : public ::testing::Test {
     // As if the thread had searched for so many seconds.
     static void set_elapsed(double seconds, int thread = 0) {
         stopwatch_reset(search_thread(thread).stopwatch);
-        search_thread(thread).stopwatch.accumulated_wall = seconds;
+        search_thread(thread).stopwatch.accumulated = seconds;
     }
 };
 
