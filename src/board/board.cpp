@@ -64,9 +64,6 @@ const PositionFault* list_pieces(Board& board, Color color) {
         list[index_of(count)] = packed(square);
         count_man(board, square, count);
         ++count;
-        if (!piece_is_king(piece)) {
-            board.material[index_of(color)] += piece_value_of(piece);
-        }
     }
     if (board.kind_count[index_of(piece12_make(kKing, color))] != 1) {
         return &kFaultKings;
@@ -97,7 +94,6 @@ const PositionFault* list_pawns(Board& board, Color color) {
         ++count;
         board.pawn_file[index_of(color)][index_of(square_column(square))] |=
             pawn_rank_bit(square, color);
-        board.material[index_of(color)] += kPawnValue;
     }
     list[index_of(count)] = kNoSquare;
     board.pawn_count[index_of(color)] = count;
@@ -191,7 +187,6 @@ const PositionFault* board_finish_setup(Board& board) {
     board.total_count = 0;
     board.kind_count.fill(0);
     for (Color color = kWhite; color <= kBlack; ++color) {
-        board.material[index_of(color)] = 0;
         board.piece_list[index_of(color)].fill(kNoSquare);
         board.pawn_list[index_of(color)].fill(kNoSquare);
         if (const PositionFault* const fault = list_pieces(board, color)) {
@@ -232,7 +227,6 @@ void board_trim_history(Board& board, int keep) {
 
 bool board_consistent(const Board& board) {
     std::array<int, kPieceKindCount> kinds{};
-    std::array<int, 2> material{};
     std::array<std::array<std::uint8_t, 16>, 2> files{};
     int men = 0;
     for (Square square = 0; square < kSquareCount; ++square) {
@@ -252,7 +246,6 @@ bool board_consistent(const Board& board) {
         const Color color = piece_color(piece);
         ++men;
         ++kinds[index_of(piece12_of(piece))];
-        material[index_of(color)] += piece_is_king(piece) ? 0 : piece_value_of(piece);
         if (piece_is_pawn(piece)) {
             files[index_of(color)][index_of(square_column(square))] |= pawn_rank_bit(square, color);
         }
@@ -269,9 +262,9 @@ bool board_consistent(const Board& board) {
     }
     const PsqSum sum = psq_sum(board);
     return listed == men && board.total_count == men && board.kind_count == kinds &&
-           board.material == material && board.pawn_file == files &&
-           board.pst_opening == sum.opening && board.pst_endgame == sum.endgame &&
-           board.key == key_compute(board) && board.pawn_key == pawn_key_compute(board) &&
+           board.pawn_file == files && board.pst_opening == sum.opening &&
+           board.pst_endgame == sum.endgame && board.key == key_compute(board) &&
+           board.pawn_key == pawn_key_compute(board) &&
            board.material_key == material_key_compute(board);
 }
 

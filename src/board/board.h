@@ -27,8 +27,6 @@ constexpr int kMaxClock = 1000;  // cap of the half-move clock read from a FEN t
 
 // Squares, pieces and places in lists take a byte each, so that the board stays in few cache lines.
 struct Board {
-    // Per colour, the sum of `piece_value` over its men, king excluded.
-    std::array<int, 2> material;
     // Piece code of every cell: 0 empty, 16 edge.
     std::array<std::uint8_t, kSquareCount> square;
     // Place of the man on this square in its colour's piece or pawn list; -1 elsewhere.

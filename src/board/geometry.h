@@ -120,9 +120,7 @@ enum : Square {
 };
 // clang-format on
 
-// The forward step of a pawn, by colour.
-constexpr std::array<Square, kColorCount> pawn_step = {kRowStep, -kRowStep};
-
+// The forward step of a pawn.
 [[nodiscard]] constexpr Square pawn_step_of(Color color) noexcept {
     return color == kWhite ? kRowStep : -kRowStep;
 }

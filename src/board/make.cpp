@@ -93,7 +93,6 @@ void list_insert(Board& board, const ManList& list, int index, Square man) {
     }
     board.total_count -= 1;
     board.kind_count[index_of(kind)] -= 1;
-    board.material[index_of(color)] -= piece_value_of(piece);
     if (update_state) {
         toggle_sets(board, set_of(square64_of(square)), piece);
         const PsqEntry& psq = psq_of(kind, square64_of(square));
@@ -119,7 +118,6 @@ void square_put(Board& board, Square square, Piece piece, int index) {
     }
     board.total_count += 1;
     board.kind_count[index_of(piece12_of(piece))] += 1;
-    board.material[index_of(color)] += piece_value_of(piece);
 }
 
 // Moves a man to an empty square, without touching sums, keys and sets.

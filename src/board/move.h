@@ -82,11 +82,6 @@ constexpr std::array<int, 4> promotion_type_bits = {kKnightBit, kBishopBit, kRoo
     return bits | (move_to64(move) >= 56 ? kWhiteBit : kBlackBit);
 }
 
-// From, to and promotion packed into 0..16383.
-[[nodiscard]] constexpr int move_index(Move move) noexcept {
-    return (move & 0xFFF) * 4 + (move >> 12 & 3);
-}
-
 [[nodiscard]] constexpr bool move_is_under_promote(Move move) noexcept {
     return move_is_promotion(move) && (move & kPromotionBits) != kPromotionBits;
 }

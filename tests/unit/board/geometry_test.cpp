@@ -130,8 +130,6 @@ TEST(Geometry, NoStepFromTheBoardLeavesTheMailbox) {
 }
 
 TEST(Geometry, PawnsOfBothColoursStepTowardEachOther) {
-    EXPECT_EQ(pawn_step[kWhite], 16);
-    EXPECT_EQ(pawn_step[kBlack], -16);
     EXPECT_EQ(pawn_step_of(kWhite), 16);
     EXPECT_EQ(pawn_step_of(kBlack), -16);
 }

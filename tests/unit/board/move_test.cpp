@@ -46,7 +46,6 @@ TEST(Move, FieldsAreUnpackedFromEveryCode) {
         ASSERT_EQ(move_is_en_passant(move), kind == 3);
         ASSERT_EQ(move_is_under_promote(move), kind == 2 && promotion != 3);
         ASSERT_EQ(move_is_ok(move), code != 0 && code != 11);
-        ASSERT_EQ(move_index(move), code % 4096 * 4 + promotion);
         ASSERT_EQ(move_promote(move), 16 * promoted[promotion] + (code % 64 >= 56 ? 1 : 2));
     }
 }

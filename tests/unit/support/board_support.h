@@ -118,7 +118,6 @@ inline Board board_swap_colors(const Board& board) {
     board_fill_sets(swapped);
     for (std::size_t color = 0; color < 2; ++color) {
         const std::size_t other = color ^ 1;
-        swapped.material[color] = board.material[other];
         swapped.piece_list[color] = board.piece_list[other];
         swapped.piece_count[color] = board.piece_count[other];
         swapped.pawn_list[color] = board.pawn_list[other];

@@ -122,7 +122,6 @@ inline std::string difference(const Board& a, const Board& b) {
     const auto history_end = [](const Board& board) {
         return board.key_history.begin() + board.sp;
     };
-    if (a.material != b.material) return "material";
     if (a.square != b.square) return "square";
     if (a.list_index != b.list_index) return "list_index";
     if (a.piece_list != b.piece_list) return "piece_list";
