@@ -20,13 +20,18 @@ constexpr double kFirstIterationGrace = 0.2;  // seconds
 
 [[noreturn]] void abandon(SearchThread& self) { std::longjmp(self.return_point, 1); }
 
+bool nodes_are_spent(const SearchThread& self) {
+    const SearchLimits& limits = search_shared.limits;
+    return limits.limit_nodes_set && nodes_of_all_threads(self) >= limits.limit_nodes;
+}
+
 void apply_limits(const SearchThread& self) {
     const SearchLimits& limits = search_shared.limits;
     RootStability& stability = search_shared.stability;
     if (limits.limit_depth_set && self.iteration_depth > limits.limit_depth) {
         stability.stop_search = true;
     }
-    if (limits.limit_nodes_set && nodes_of_all_threads(self) >= limits.limit_nodes) {
+    if (nodes_are_spent(self)) {
         stability.stop_search = true;
     }
     if (!limits.limit_time_set) {
@@ -144,7 +149,7 @@ bool budget_line_done(Score score, int depth, bool last_line) {
     if (limits.limit_depth_set && last_line && limits.limit_depth <= depth) {
         stability.stop_search = true;
     }
-    if (limits.limit_nodes_set && nodes_of_all_threads(self) >= limits.limit_nodes) {
+    if (nodes_are_spent(self)) {
         stability.stop_search = true;
     }
     if (limits.limit_time_set) {
